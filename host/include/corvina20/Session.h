@@ -1,0 +1,69 @@
+// The application session the host hands the module once, through Init: the
+// shared connection, host parameters, text translation, message display, the
+// document-model folder, opening of other items and the folder picker. The
+// module holds it module-wide and never creates one; the host implements it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "corvina20/Connection.h"
+#include "corvina20/HostParameters.h"
+#include "corvina20/Variant.h"
+
+namespace corvina20 {
+
+// Message-box styles: a button code plus an icon code.
+inline constexpr int kStyleOk = 0;
+inline constexpr int kStyleOkCancel = 1;
+inline constexpr int kStyleYesNo = 4;
+inline constexpr int kStyleCritical = 16;
+inline constexpr int kStyleQuestion = 32;
+inline constexpr int kStyleExclamation = 48;
+inline constexpr int kStyleInformation = 64;
+// Buttons a dialog answers with.
+inline constexpr int kAnswerOk = 1;
+inline constexpr int kAnswerCancel = 2;
+inline constexpr int kAnswerYes = 6;
+inline constexpr int kAnswerNo = 7;
+
+// What the module asks the host to show.
+struct MessageRequest {
+  std::optional<std::int32_t> number;  // dictionary number; nullopt for a literal text
+  std::string text;                    // the text as it is to be shown
+  int style = kStyleOk;
+  std::string title;                   // may be empty
+};
+
+class Session {
+ public:
+  virtual ~Session();
+
+  // The shared connection. Never null while the session lives.
+  virtual ConnectionPtr GetConnection() = 0;
+  // A parameter store reading this session's database and working date.
+  virtual HostParameters Parameters() = 0;
+  virtual DateTime WorkingDate() = 0;
+  // The text in the user's language with each "%s" filled in order; surplus
+  // arguments are ignored, missing ones leave "%s".
+  virtual std::string TranslateText(std::string_view text,
+                                    const std::vector<std::string>& args) = 0;
+  // Shows a message and returns the button pressed (kAnswer...). Synchronous
+  // for the module, whatever the host does to get the answer.
+  virtual int ShowMessage(const MessageRequest& request) = 0;
+  // The folder under which the host keeps document models.
+  virtual std::string DocumentPath() = 0;
+  // Asks the host to open one of its items (or one of this module's). An item
+  // that is not installed is told to the user by the host; no error here.
+  virtual void OpenItem(std::string_view itemName, const std::vector<Variant>& args) = 0;
+  // The folder the user chose, nullopt when cancelled.
+  virtual std::optional<std::string> BrowseForFolder(std::string_view title) = 0;
+};
+
+using SessionPtr = std::shared_ptr<Session>;
+
+}  // namespace corvina20

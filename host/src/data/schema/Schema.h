@@ -1,0 +1,21 @@
+// Creating and migrating a database from the numbered schema files under
+// data/schema (SQL Server DDL, converted for the backend), and loading the
+// demo data under data/demo.
+#pragma once
+
+#include <string>
+
+#include "corvina20/Connection.h"
+
+namespace corvina20::data {
+
+// Applies, in file-name order, every data/schema/NNN_*.sql file not yet
+// recorded in the table CORSchemaVersioni, each in its own transaction, and
+// records it. Returns how many files were applied (0 when up to date).
+// Throws corvina20::Error on a failing file; the files before it stay applied.
+int ApplySchema(Connection& connection, const std::string& schemaDir);
+
+// Loads data/demo/*.sql in order (plain INSERTs) in one transaction.
+void LoadDemoData(Connection& connection, const std::string& demoDir);
+
+}  // namespace corvina20::data

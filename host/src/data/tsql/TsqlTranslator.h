@@ -1,0 +1,37 @@
+// Translation of the T-SQL subset the module speaks into a backend's dialect.
+// A tokenizer plus one rewrite rule per construct the module uses; a construct
+// without a rule is an error that names it, never a silent pass-through.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/Backend.h"
+
+namespace corvina20::data {
+
+// Answers the declared SQL Server type of table.column (case-insensitive),
+// nullopt when unknown. Used to type computed output columns.
+using ColumnTypeLookup =
+    std::function<std::optional<std::string>(std::string_view table, std::string_view column)>;
+
+struct TranslatedSql {
+  // Native statements to run in order; the rows of the last one (if it
+  // returns rows) are the result. "?" placeholders are kept in order, so the
+  // caller binds the parameters across the statements in sequence.
+  std::vector<std::string> statements;
+  // For a query: the SQL Server type of each output column of the result as
+  // far as the translator can tell ("bit" for CONVERT(BIT, 0), the column's
+  // type for Max(col)…), "" where it cannot. Empty for other statements.
+  std::vector<std::string> columnTypes;
+};
+
+// Throws corvina20::Error kErrDatabase, description naming the construct,
+// for text outside the subset.
+TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect,
+                            const ColumnTypeLookup& lookup);
+
+}  // namespace corvina20::data
