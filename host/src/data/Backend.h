@@ -54,6 +54,9 @@ class Backend {
   virtual void Commit() = 0;
   virtual void Rollback() = 0;
 
+  // The key the last INSERT generated (an IDENTITY column's value).
+  virtual std::int64_t LastInsertId() = 0;
+
   // The columns of a table (case-insensitive name); empty when it does not exist.
   virtual std::vector<TableColumn> Columns(std::string_view table) = 0;
 };

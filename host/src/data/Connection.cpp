@@ -1,0 +1,221 @@
+// The Connection: translates the module's T-SQL for the backend, runs it, and
+// turns results into recordsets that know their types and, when they come
+// from one table with its whole key, how to write back.
+#include "corvina20/Connection.h"
+
+#include <map>
+#include <mutex>
+
+#include "core/Text.h"
+#include "corvina20/Error.h"
+#include "data/AdoTypes.h"
+#include "data/Backend.h"
+#include "data/tsql/TsqlTranslator.h"
+
+namespace corvina20 {
+
+struct Connection::Impl {
+  std::unique_ptr<data::Backend> backend;
+  bool inTransaction = false;
+  // Column lists by upper-cased table name; cleared after every statement
+  // that is not a query, since work tables come and go at run time.
+  std::map<std::string, std::vector<data::TableColumn>> columns;
+
+  const std::vector<data::TableColumn>& ColumnsOf(std::string_view table) {
+    std::string key = text::Upper(table);
+    auto it = columns.find(key);
+    if (it == columns.end()) it = columns.emplace(key, backend->Columns(table)).first;
+    return it->second;
+  }
+
+  data::TranslatedSql Translate(std::string_view tsql) {
+    return data::TranslateTsql(tsql, backend->Dialect(),
+                               [this](std::string_view table, std::string_view column)
+                                   -> std::optional<std::string> {
+                                 for (const auto& c : ColumnsOf(table))
+                                   if (text::EqualsNoCase(c.name, column)) return c.declType;
+                                 return std::nullopt;
+                               });
+  }
+
+  // Runs the translated statements, binding `params` across them in order.
+  data::ResultSet RunAll(const data::TranslatedSql& sql, const std::vector<Variant>& params) {
+    data::ResultSet last;
+    std::size_t next = 0;
+    for (const std::string& statement : sql.statements) {
+      std::size_t count = CountPlaceholders(statement);
+      if (next + count > params.size())
+        throw Error(kErrDatabase, "Corvina20.Data",
+                    "Parametri insufficienti per l'istruzione: " + statement);
+      std::vector<Variant> mine(params.begin() + static_cast<long>(next),
+                                params.begin() + static_cast<long>(next + count));
+      next += count;
+      last = backend->Run(statement, mine);
+    }
+    if (next != params.size())
+      throw Error(kErrDatabase, "Corvina20.Data", "Parametri in eccesso per l'istruzione");
+    return last;
+  }
+
+  // '?' outside string literals and quoted identifiers.
+  static std::size_t CountPlaceholders(std::string_view sql) {
+    std::size_t n = 0;
+    char quote = 0;
+    for (char c : sql) {
+      if (quote) {
+        if (c == quote) quote = 0;
+      } else if (c == '\'' || c == '"') {
+        quote = c;
+      } else if (c == '?') {
+        ++n;
+      }
+    }
+    return n;
+  }
+};
+
+Connection::Connection(std::unique_ptr<data::Backend> backend) : impl_(std::make_unique<Impl>()) {
+  impl_->backend = std::move(backend);
+}
+
+Connection::~Connection() {
+  if (impl_ && impl_->inTransaction) {
+    try {
+      impl_->backend->Rollback();
+    } catch (...) {
+      // Closing: the backend drops the transaction with the connection anyway.
+    }
+  }
+}
+
+RecordsetPtr Connection::OpenRecordset(std::string_view tsql, const std::vector<Variant>& params,
+                                       LockType lock) {
+  data::TranslatedSql sql = impl_->Translate(tsql);
+  data::ResultSet rs = impl_->RunAll(sql, params);
+  // A SELECT … INTO creates a work table on the way.
+  if (sql.statements.size() > 1) impl_->columns.clear();
+
+  std::vector<FieldInfo> fields;
+  fields.reserve(rs.columns.size());
+  for (std::size_t i = 0; i < rs.columns.size(); ++i) {
+    const data::ResultColumn& c = rs.columns[i];
+    FieldInfo f;
+    f.name = c.name;
+    f.baseTable = c.baseTable;
+    f.baseColumn = c.baseColumn;
+    f.sqlType = c.declType;
+    if (f.sqlType.empty() && i < sql.columnTypes.size()) f.sqlType = sql.columnTypes[i];
+    f.type = ado::TypeOfSqlServerType(f.sqlType);
+    if (c.declType.empty() && f.type != ado::kVariant) {
+      int scale = data::ScaleOfSqlServerType(f.sqlType);
+      for (auto& row : rs.rows) row[i] = data::CoerceToAdoType(row[i], f.type, scale);
+    }
+    if (f.type == ado::kVariant) {
+      // Computed and untyped: take the kind of the first value present.
+      for (const auto& row : rs.rows) {
+        const Variant& v = row[i];
+        if (v.IsNull()) continue;
+        switch (v.Kind()) {
+          case VariantKind::Long: f.type = ado::kInteger; break;
+          case VariantKind::BigInt: f.type = ado::kBigInt; break;
+          case VariantKind::Double: f.type = ado::kDouble; break;
+          case VariantKind::String: f.type = ado::kVarWChar; break;
+          default: break;
+        }
+        break;
+      }
+    }
+    fields.push_back(std::move(f));
+  }
+
+  // Writable when every column comes from one table and its key is selected.
+  std::string source;
+  bool single = !fields.empty();
+  for (const FieldInfo& f : fields) {
+    if (f.baseTable.empty()) continue;
+    if (source.empty()) source = f.baseTable;
+    else if (!text::EqualsNoCase(source, f.baseTable)) single = false;
+  }
+  std::vector<std::string> keys;
+  if (single && !source.empty()) {
+    keys = KeyColumns(source);
+    for (const std::string& k : keys) {
+      bool present = false;
+      for (const FieldInfo& f : fields)
+        if (text::EqualsNoCase(f.baseColumn, k) && text::EqualsNoCase(f.baseTable, source))
+          present = true;
+      if (!present) single = false;
+    }
+    if (keys.empty()) single = false;
+  }
+  if (!single) {
+    source.clear();
+    keys.clear();
+  }
+  auto recordset = std::make_shared<Recordset>();
+  recordset->OpenWith(std::move(fields), std::move(rs.rows), shared_from_this(), source, keys,
+                      source.empty() ? LockType::ReadOnly : lock);
+  return recordset;
+}
+
+long Connection::Execute(std::string_view tsql, const std::vector<Variant>& params) {
+  data::TranslatedSql sql = impl_->Translate(tsql);
+  data::ResultSet rs = impl_->RunAll(sql, params);
+  impl_->columns.clear();
+  return rs.changes;
+}
+
+void Connection::ExecuteNative(std::string_view sql) {
+  impl_->backend->RunScript(sql);
+  impl_->columns.clear();
+}
+
+void Connection::BeginTrans() {
+  if (impl_->inTransaction)
+    throw Error(kErrTransaction, "Corvina20.Data",
+                "Una transazione è già aperta su questa connessione: le transazioni annidate non "
+                "sono ammesse");
+  impl_->backend->Begin();
+  impl_->inTransaction = true;
+}
+
+void Connection::CommitTrans() {
+  if (!impl_->inTransaction)
+    throw Error(kErrTransaction, "Corvina20.Data", "Nessuna transazione aperta da confermare");
+  impl_->backend->Commit();
+  impl_->inTransaction = false;
+}
+
+void Connection::RollbackTrans() {
+  if (!impl_->inTransaction)
+    throw Error(kErrTransaction, "Corvina20.Data", "Nessuna transazione aperta da annullare");
+  impl_->inTransaction = false;
+  impl_->backend->Rollback();
+}
+
+bool Connection::InTransaction() const { return impl_->inTransaction; }
+
+std::optional<std::string> Connection::ColumnType(std::string_view table,
+                                                  std::string_view column) {
+  for (const auto& c : impl_->ColumnsOf(table))
+    if (text::EqualsNoCase(c.name, column)) return c.declType;
+  return std::nullopt;
+}
+
+std::vector<std::string> Connection::KeyColumns(std::string_view table) {
+  std::vector<std::string> keys;
+  for (const auto& c : impl_->ColumnsOf(table))
+    if (c.keyPosition > 0) {
+      if (keys.size() < static_cast<std::size_t>(c.keyPosition)) keys.resize(c.keyPosition);
+      keys[c.keyPosition - 1] = c.name;
+    }
+  return keys;
+}
+
+bool Connection::TableExists(std::string_view table) { return !impl_->ColumnsOf(table).empty(); }
+
+std::string Connection::BackendName() const { return impl_->backend->Name(); }
+
+data::Backend& Connection::Backend() { return *impl_->backend; }
+
+}  // namespace corvina20

@@ -1,0 +1,100 @@
+// The query builder assembles T-SQL with "?" for every condition value; the
+// connection translates and binds it.
+#include "corvina20/QueryBuilder.h"
+
+#include <string>
+
+#include "corvina20/Error.h"
+
+namespace corvina20 {
+namespace {
+
+void AppendList(std::string& list, std::string_view piece) {
+  if (piece.empty()) return;
+  if (!list.empty()) list += ",";
+  list += piece;
+}
+
+// The value of a LIKE pattern matching `value` literally: % _ [ escaped
+// with brackets, the T-SQL way (the translator carries it to the backend).
+std::string LikeLiteral(const std::string& value) {
+  std::string out;
+  for (char c : value) {
+    if (c == '%' || c == '_' || c == '[') {
+      out += '[';
+      out += c;
+      out += ']';
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+QueryBuilder::QueryBuilder(ConnectionPtr connection) : connection_(std::move(connection)) {}
+
+void QueryBuilder::AddFields(std::string_view fields) { AppendList(fields_, fields); }
+void QueryBuilder::SetTable(std::string_view table) { table_ = std::string(table); }
+
+void QueryBuilder::AddJoin(JoinKind kind, std::string_view table, std::string_view leftField,
+                           std::string_view rightField) {
+  joins_ += kind == JoinKind::Inner ? " INNER JOIN " : " LEFT JOIN ";
+  joins_ += std::string(table) + " ON " + std::string(leftField) + " = " + std::string(rightField);
+}
+
+void QueryBuilder::AddCondition(std::string_view field, int comparison, const Variant& value) {
+  std::string f(field);
+  std::string condition;
+  bool null = value.IsNull();
+  switch (comparison) {
+    case kCompareEqual: condition = null ? f + " IS NULL" : f + " = ?"; break;
+    case kCompareDifferent: condition = null ? f + " IS NOT NULL" : f + " <> ?"; break;
+    case kCompareLess: condition = f + " < ?"; break;
+    case kCompareGreaterOrEqual: condition = f + " >= ?"; break;
+    case kCompareGreater: condition = f + " > ?"; break;
+    case kCompareLessOrEqual: condition = f + " <= ?"; break;
+    case kCompareContains:
+    case kCompareStartsWith: condition = f + " LIKE ?"; break;
+    default:
+      throw Error(kErrHost, "Corvina20.QueryBuilder",
+                  "Codice di confronto sconosciuto: " + std::to_string(comparison));
+  }
+  if (!where_.empty()) where_ += " AND ";
+  where_ += condition;
+  if (comparison == kCompareContains || comparison == kCompareStartsWith) {
+    std::string pattern = LikeLiteral(null || value.IsEmpty() ? "" : value.ToString());
+    params_.emplace_back(comparison == kCompareContains ? "%" + pattern + "%" : pattern + "%");
+  } else if (!null || (comparison != kCompareEqual && comparison != kCompareDifferent)) {
+    params_.push_back(value);
+  }
+}
+
+void QueryBuilder::AddConditionText(std::string_view condition) {
+  if (!where_.empty()) where_ += " AND ";
+  where_ += "(" + std::string(condition) + ")";
+}
+
+void QueryBuilder::AddGroupBy(std::string_view fields) { AppendList(groupBy_, fields); }
+void QueryBuilder::AddOrderBy(std::string_view fields) { AppendList(orderBy_, fields); }
+void QueryBuilder::SetTop(int n) { top_ = n; }
+
+std::string QueryBuilder::SqlText() const {
+  std::string sql = "SELECT ";
+  if (top_ > 0) sql += "TOP " + std::to_string(top_) + " ";
+  sql += fields_.empty() ? "*" : fields_;
+  sql += " FROM " + table_ + joins_;
+  if (!where_.empty()) sql += " WHERE " + where_;
+  if (!groupBy_.empty()) sql += " GROUP BY " + groupBy_;
+  if (!orderBy_.empty()) sql += " ORDER BY " + orderBy_;
+  return sql;
+}
+
+RecordsetPtr QueryBuilder::Open(LockType lock) const {
+  if (table_.empty())
+    throw Error(kErrHost, "Corvina20.QueryBuilder", "Query senza tabella");
+  return connection_->OpenRecordset(SqlText(), params_, lock);
+}
+
+}  // namespace corvina20
