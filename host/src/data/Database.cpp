@@ -1,0 +1,23 @@
+// Opening and initialising databases.
+#include "data/Database.h"
+
+#include "corvina20/MervoStatus.h"
+#include "data/schema/Schema.h"
+#include "data/sqlite/SqliteBackend.h"
+
+namespace corvina20 {
+
+ConnectionPtr OpenDatabase(const std::string& location) {
+  return std::make_shared<Connection>(data::OpenSqliteBackend(location));
+}
+
+int InitDatabase(Connection& connection, bool demo) {
+  int applied = data::ApplySchema(connection, DataDirectory() + "/schema");
+  if (demo) {
+    auto rs = connection.OpenRecordset("SELECT COUNT(*) AS N FROM STDAnagrafiche");
+    if (rs->Fields("N").Value().ToLong() == 0) data::LoadDemoData(connection, DataDirectory() + "/demo");
+  }
+  return applied;
+}
+
+}  // namespace corvina20

@@ -1,0 +1,20 @@
+// Opening a database for a session, and creating one: the host's entry to the
+// data layer. The backend is chosen from the location (a file path is SQLite).
+#pragma once
+
+#include <string>
+
+#include "corvina20/Connection.h"
+
+namespace corvina20 {
+
+// Opens the database at `location` (an SQLite file, created when missing).
+// Throws corvina20::Error kErrDatabase when it cannot be opened.
+ConnectionPtr OpenDatabase(const std::string& location);
+
+// Brings the schema up to date (data/schema) and, when `demo` is true and the
+// database holds no party yet, loads the demo data (data/demo). Returns the
+// number of schema files applied.
+int InitDatabase(Connection& connection, bool demo);
+
+}  // namespace corvina20

@@ -1,0 +1,64 @@
+// HostSession: the session object behind the module's module-wide reference.
+#include "session/HostSession.h"
+
+#include <ctime>
+#include <iostream>
+
+#include "corvina20/MervoStatus.h"
+
+namespace corvina20 {
+
+DateTime Today() {
+  std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  return DateTime::FromParts(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+std::string FillPlaceholders(std::string_view text, const std::vector<std::string>& args) {
+  std::string out(text);
+  std::size_t from = 0;
+  for (const std::string& arg : args) {
+    std::size_t at = out.find("%s", from);
+    if (at == std::string::npos) break;
+    out.replace(at, 2, arg);
+    from = at + arg.size();
+  }
+  return out;
+}
+
+HostSession::HostSession(ConnectionPtr connection, std::shared_ptr<Dialog> dialog,
+                         SessionOptions options)
+    : connection_(std::move(connection)),
+      dialog_(std::move(dialog)),
+      options_(std::move(options)),
+      workingDate_(options_.workingDate.serial == 0 ? Today() : options_.workingDate) {}
+
+HostParameters HostSession::Parameters() { return HostParameters(connection_, workingDate_); }
+
+std::string HostSession::TranslateText(std::string_view text,
+                                       const std::vector<std::string>& args) {
+  // Italian is the reference language: the dictionary's phrase, filled.
+  std::string phrase = MervoStatus().TranslateFromDict(text, "", "", "", "", "");
+  return FillPlaceholders(phrase, args);
+}
+
+int HostSession::ShowMessage(const MessageRequest& request) { return dialog_->Show(request); }
+
+std::string HostSession::DocumentPath() {
+  return options_.documentPath.empty() ? DataDirectory() + "/models" : options_.documentPath;
+}
+
+void HostSession::OpenItem(std::string_view itemName, const std::vector<Variant>& args) {
+  if (options_.openItem) {
+    options_.openItem(itemName, args);
+    return;
+  }
+  std::clog << "corvina: apertura richiesta dell'elemento " << itemName << "\n";
+}
+
+std::optional<std::string> HostSession::BrowseForFolder(std::string_view title) {
+  return dialog_->ChooseFolder(title);
+}
+
+}  // namespace corvina20

@@ -1,0 +1,56 @@
+// The host's implementation of the session the module receives: one database
+// connection, a dialog for message display, the working date, the document
+// folder and a hook for opening items. The command line, the web host and the
+// tests each make one per user session.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "corvina20/Session.h"
+#include "session/Dialog.h"
+
+namespace corvina20 {
+
+struct SessionOptions {
+  DateTime workingDate;      // serial 0 means today
+  std::string documentPath;  // "" means <data>/models
+  // Called for OpenItem; when unset the request is only logged.
+  std::function<void(std::string_view, const std::vector<Variant>&)> openItem;
+};
+
+class HostSession final : public Session {
+ public:
+  // REQUIRES: connection and dialog not null.
+  HostSession(ConnectionPtr connection, std::shared_ptr<Dialog> dialog,
+              SessionOptions options = {});
+
+  ConnectionPtr GetConnection() override { return connection_; }
+  HostParameters Parameters() override;
+  DateTime WorkingDate() override { return workingDate_; }
+  std::string TranslateText(std::string_view text, const std::vector<std::string>& args) override;
+  int ShowMessage(const MessageRequest& request) override;
+  std::string DocumentPath() override;
+  void OpenItem(std::string_view itemName, const std::vector<Variant>& args) override;
+  std::optional<std::string> BrowseForFolder(std::string_view title) override;
+
+  void SetWorkingDate(DateTime date) { workingDate_ = date; }
+  Dialog& GetDialog() { return *dialog_; }
+
+ private:
+  ConnectionPtr connection_;
+  std::shared_ptr<Dialog> dialog_;
+  SessionOptions options_;
+  DateTime workingDate_;
+};
+
+// Today's date at midnight, local time.
+DateTime Today();
+
+// Fills each "%s" of `text` in order with `args`; surplus args are ignored,
+// missing ones leave "%s".
+std::string FillPlaceholders(std::string_view text, const std::vector<std::string>& args);
+
+}  // namespace corvina20

@@ -1,0 +1,60 @@
+// Test fixtures shared by every suite; see TestSupport.h.
+#include "support/TestSupport.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "data/Database.h"
+
+namespace corvina20::test {
+namespace {
+
+// Suites run straight from the build tree find data/ without ctest's help.
+const bool kDataDirSet = [] {
+  setenv("CORVINA_DATA_DIR", CORVINA_TEST_DATA_DIR, 0);
+  setenv("CORVINA_MODULE", CORVINA_TEST_MODULE, 0);
+  return true;
+}();
+
+}  // namespace
+
+TempDir::TempDir() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "corvina-test-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) std::abort();
+  path_ = pattern;
+}
+
+TempDir::~TempDir() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+TestDatabase::TestDatabase(bool demo) : path(dir.File("test.db")) {
+  (void)kDataDirSet;
+  connection = OpenDatabase(path);
+  InitDatabase(*connection, demo);
+}
+
+ModuleHarness::ModuleHarness(bool demo)
+    : db(demo),
+      dialog(std::make_shared<ScriptedDialog>()),
+      session(std::make_shared<HostSession>(db.connection, dialog)),
+      loaded(CORVINA_TEST_MODULE),
+      module(loaded.Module()) {
+  SessionPtr app = session;
+  module.Init(app);
+}
+
+int RunCommand(const std::string& command, std::string& output) {
+  output.clear();
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return -1;
+  char buffer[4096];
+  std::size_t n;
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, n);
+  int status = pclose(pipe);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace corvina20::test
