@@ -25,11 +25,20 @@ inline constexpr int kStyleCritical = 16;
 inline constexpr int kStyleQuestion = 32;
 inline constexpr int kStyleExclamation = 48;
 inline constexpr int kStyleInformation = 64;
+// The host's error dialog: shows an error's number, trace and description.
+inline constexpr int kStyleError = 101;
 // Buttons a dialog answers with.
 inline constexpr int kAnswerOk = 1;
 inline constexpr int kAnswerCancel = 2;
 inline constexpr int kAnswerYes = 6;
 inline constexpr int kAnswerNo = 7;
+
+// An error shown to the user (the module's error dialog).
+struct ErrorReport {
+  std::int32_t number = 0;
+  std::string source;  // the call trace
+  std::string description;
+};
 
 // What the module asks the host to show.
 struct MessageRequest {
@@ -37,6 +46,7 @@ struct MessageRequest {
   std::string text;                    // the text as it is to be shown
   int style = kStyleOk;
   std::string title;                   // may be empty
+  std::optional<ErrorReport> error;    // set when an error is being shown
 };
 
 class Session {
