@@ -49,7 +49,11 @@ struct Comparison final : RecordFilter {
     try {
       if (op == Op::Like) return LikeMatch(v.IsEmpty() ? "" : v.ToString(), value.ToString());
       int cmp;
-      if (value.Kind() == VariantKind::String && !v.IsNumeric() && v.Kind() != VariantKind::Date) {
+      if (v.Kind() == VariantKind::Boolean && value.IsNumeric()) {
+        // A bit column is true for any nonzero literal: "Cliente = 1" holds.
+        bool a = v.ToBool(), b = value.ToDouble() != 0;
+        cmp = a == b ? 0 : (a ? 1 : -1);
+      } else if (value.Kind() == VariantKind::String && !v.IsNumeric() && v.Kind() != VariantKind::Date) {
         std::string a = text::Upper(v.IsEmpty() ? "" : v.ToString());
         std::string b = text::Upper(value.StringRef());
         cmp = a < b ? -1 : (a > b ? 1 : 0);
