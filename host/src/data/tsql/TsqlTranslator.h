@@ -25,12 +25,18 @@ struct TranslatedSql {
   std::vector<std::string> statements;
   // For a query: the SQL Server type of each output column of the result as
   // far as the translator can tell ("bit" for CONVERT(BIT, 0), the column's
-  // type for Max(col)…), "" where it cannot. Empty for other statements.
+  // type for Max(col)…), "" where it cannot. The list stops before the first
+  // * or T.* (whose columns it cannot list), so it may be shorter than the
+  // result. Empty for other statements, SELECT … INTO included.
   std::vector<std::string> columnTypes;
 };
 
-// Throws corvina20::Error kErrDatabase, description naming the construct,
-// for text outside the subset.
+// Translates `tsql` (one or more statements) for `dialect`; docs/translator.md
+// lists the rules. An empty text (blanks, comments, ";") gives no statement.
+// Throws corvina20::Error kErrDatabase, source "Corvina20.Sql", description
+// "Costrutto T-SQL non supportato: <construct>" for text outside the subset,
+// and "Dialetto SQL non ancora supportato: PostgreSQL" for that dialect.
+// `lookup` may be empty: then no table column is typed.
 TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect,
                             const ColumnTypeLookup& lookup);
 

@@ -1,0 +1,423 @@
+// The dialect-neutral part of printing; see TsqlEmitter.h. Output is one
+// line per statement, keywords upper-cased, names and literals as written.
+#include "data/tsql/TsqlEmitter.h"
+
+#include <utility>
+
+#include "core/Text.h"
+#include "data/tsql/TsqlError.h"
+
+namespace corvina20::data::tsql {
+namespace {
+
+int BinaryPrecedence(const Expr& e) {
+  const std::string& op = e.text;
+  if (op == "OR") return 1;
+  if (op == "AND") return 2;
+  if (op == "+" || op == "-") return e.concat ? 8 : 6;
+  if (op == "*" || op == "/" || op == "%") return 7;
+  return 4;  // comparisons
+}
+
+bool IsNullLiteral(const Expr& e) { return e.kind == ExprKind::Null; }
+
+}  // namespace
+
+int PrecedenceOf(const Expr& e) {
+  switch (e.kind) {
+    case ExprKind::Binary:
+      return BinaryPrecedence(e);
+    case ExprKind::Unary:
+      return e.text == "NOT" ? 3 : 9;
+    case ExprKind::IsNullTest:
+    case ExprKind::In:
+    case ExprKind::Between:
+    case ExprKind::Like:
+      return 4;
+    default:
+      return kPrimary;
+  }
+}
+
+Emitter::~Emitter() = default;
+
+std::string Emitter::Take() {
+  std::string s = std::move(out_);
+  out_.clear();
+  return s;
+}
+
+std::vector<std::string> Emitter::Emit(const Statement& s) {
+  out_.clear();
+  switch (s.kind) {
+    case StatementKind::Select:
+      if (!s.select->cores[0].into.empty()) return EmitSelectInto(s);
+      WriteSelect(*s.select);
+      break;
+    case StatementKind::Insert:
+      WriteInsert(s);
+      break;
+    case StatementKind::Update:
+      WriteUpdate(s);
+      break;
+    case StatementKind::Delete:
+      WriteDelete(s);
+      break;
+  }
+  return {Take()};
+}
+
+// SELECT … INTO W: the work table is created with the SQL Server types of the
+// output columns (the host reads them back as field types), then filled.
+// When a * hides the columns, CREATE TABLE … AS SELECT is the fallback and
+// the backend chooses the column types.
+std::vector<std::string> Emitter::EmitSelectInto(const Statement& s) {
+  const Select& select = *s.select;
+  const Name& table = select.cores[0].into;
+  bool star = false;
+  for (const OutputColumn& c : select.outputs) {
+    if (c.star) star = true;
+    else if (c.name.empty()) ThrowUnsupported("SELECT INTO con una colonna senza nome");
+  }
+  if (star) {
+    Put("CREATE TABLE ");
+    WriteName(table);
+    Put(" AS ");
+    WriteSelect(select);
+    return {Take()};
+  }
+  std::vector<std::string> out;
+  Put("CREATE TABLE ");
+  WriteName(table);
+  Put(" (");
+  for (std::size_t i = 0; i < select.outputs.size(); ++i) {
+    if (i) Put(", ");
+    WriteColumnDefinition(select.outputs[i]);
+  }
+  Put(")");
+  out.push_back(Take());
+  Put("INSERT INTO ");
+  WriteName(table);
+  Put(" ");
+  WriteSelect(select);
+  out.push_back(Take());
+  return out;
+}
+
+void Emitter::WriteInsert(const Statement& s) {
+  Put("INSERT INTO ");
+  WriteName(s.table);
+  if (!s.columns.empty()) {
+    Put(" (");
+    for (std::size_t i = 0; i < s.columns.size(); ++i) {
+      if (i) Put(", ");
+      WriteName(s.columns[i]);
+    }
+    Put(")");
+  }
+  if (s.select) {
+    Put(" ");
+    WriteSelect(*s.select);
+    return;
+  }
+  Put(" VALUES ");
+  for (std::size_t i = 0; i < s.values.size(); ++i) {
+    if (i) Put(", ");
+    Put("(");
+    WriteList(s.values[i]);
+    Put(")");
+  }
+}
+
+void Emitter::WriteUpdate(const Statement& s) {
+  if (s.from) {
+    WriteUpdateWithFrom(s);
+    return;
+  }
+  Put("UPDATE ");
+  WriteName(s.table);
+  Put(" SET ");
+  for (std::size_t i = 0; i < s.sets.size(); ++i) {
+    if (i) Put(", ");
+    WriteName(s.sets[i].column);
+    Put(" = ");
+    WriteExpr(*s.sets[i].value);
+  }
+  WriteWhere(s.where.get());
+}
+
+// `Delete T where …` and `Delete from T where …` are the same statement.
+void Emitter::WriteDelete(const Statement& s) {
+  if (s.from) {
+    WriteDeleteWithJoin(s);
+    return;
+  }
+  Put("DELETE FROM ");
+  WriteName(s.table);
+  WriteWhere(s.where.get());
+}
+
+void Emitter::WriteWhere(const Expr* where) {
+  if (!where) return;
+  Put(" WHERE ");
+  WriteExpr(*where);
+}
+
+const TableRef& Emitter::FindTarget(const FromClause& from, const Name& target) {
+  auto matches = [&](const TableRef& ref) {
+    return !ref.query && (text::EqualsNoCase(ref.Qualifier().text, target.text) ||
+                          text::EqualsNoCase(ref.table.text, target.text));
+  };
+  if (matches(from.first)) return from.first;
+  for (const Join& j : from.joins)
+    if (matches(j.ref)) return j.ref;
+  ThrowUnsupported("tabella " + target.text + " assente dal FROM");
+}
+
+// --- SELECT -----------------------------------------------------------------
+
+// TOP n becomes LIMIT n at the end of its own SELECT. In a UNION the member
+// with TOP is wrapped as SELECT * FROM (… LIMIT n), since a LIMIT there
+// would limit the whole compound.
+void Emitter::WriteSelect(const Select& select) {
+  bool compound = select.cores.size() > 1;
+  for (std::size_t i = 0; i < select.cores.size(); ++i) {
+    const SelectCore& core = select.cores[i];
+    if (i) Put(" " + select.setOps[i - 1] + " ");
+    if (compound && core.top) {
+      Put("SELECT * FROM (");
+      WriteCore(core);
+      Put(" LIMIT " + core.top->text + ")");
+    } else {
+      WriteCore(core);
+    }
+  }
+  if (!select.orderBy.empty()) {
+    Put(" ORDER BY ");
+    for (std::size_t i = 0; i < select.orderBy.size(); ++i) {
+      if (i) Put(", ");
+      WriteExpr(*select.orderBy[i].expr);
+      if (select.orderBy[i].descending) Put(" DESC");
+    }
+  }
+  if (!compound && select.cores[0].top) Put(" LIMIT " + select.cores[0].top->text);
+}
+
+void Emitter::WriteCore(const SelectCore& core) {
+  Put(core.distinct ? "SELECT DISTINCT " : "SELECT ");
+  for (std::size_t i = 0; i < core.items.size(); ++i) {
+    if (i) Put(", ");
+    WriteExpr(*core.items[i].expr);
+    if (!core.items[i].alias.empty()) {
+      Put(" AS ");
+      WriteName(core.items[i].alias);
+    }
+  }
+  if (core.from) {
+    Put(" FROM ");
+    WriteFrom(*core.from);
+  }
+  WriteWhere(core.where.get());
+  if (!core.groupBy.empty()) {
+    Put(" GROUP BY ");
+    WriteList(core.groupBy);
+  }
+  if (core.having) {
+    Put(" HAVING ");
+    WriteExpr(*core.having);
+  }
+}
+
+void Emitter::WriteFrom(const FromClause& from) {
+  WriteTableRef(from.first);
+  for (const Join& j : from.joins) {
+    Put(j.kind == "," ? ", " : " " + j.kind + " ");
+    WriteTableRef(j.ref);
+    if (j.on) {
+      Put(" ON ");
+      WriteExpr(*j.on);
+    }
+  }
+}
+
+void Emitter::WriteTableRef(const TableRef& ref) {
+  if (ref.query) {
+    Put("(");
+    WriteSelect(*ref.query);
+    Put(")");
+  } else {
+    WriteName(ref.table);
+  }
+  if (!ref.alias.empty()) {
+    Put(" AS ");
+    WriteName(ref.alias);
+  }
+}
+
+// --- expressions ------------------------------------------------------------
+
+// [name] and "name" become "name"; bare names are written as they are.
+void Emitter::WriteName(const Name& name) {
+  if (!name.quoted) {
+    Put(name.text);
+    return;
+  }
+  Put("\"");
+  for (char c : name.text) {
+    if (c == '"') Put("\"");
+    out_ += c;
+  }
+  Put("\"");
+}
+
+void Emitter::WriteList(const std::vector<ExprPtr>& list) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (i) Put(", ");
+    WriteExpr(*list[i]);
+  }
+}
+
+void Emitter::WriteOperand(const Expr& e, int precedence) {
+  bool parens = PrecedenceOf(e) < precedence;
+  if (parens) Put("(");
+  WriteExpr(e);
+  if (parens) Put(")");
+}
+
+void Emitter::WriteExpr(const Expr& e) {
+  switch (e.kind) {
+    case ExprKind::Number:
+      Put(e.text);
+      return;
+    case ExprKind::String:
+      Put("'");
+      for (char c : e.text) {
+        if (c == '\'') Put("'");
+        out_ += c;
+      }
+      Put("'");
+      return;
+    case ExprKind::Null:
+      Put("NULL");
+      return;
+    case ExprKind::Param:
+      Put("?");
+      return;
+    case ExprKind::Column:
+    case ExprKind::Star:
+      if (!e.qualifier.empty()) {
+        WriteName(e.qualifier);
+        Put(".");
+      }
+      if (e.kind == ExprKind::Star) Put("*");
+      else WriteName(e.name);
+      return;
+    case ExprKind::Call:
+      WriteCall(e);
+      return;
+    case ExprKind::Convert:
+      WriteConvert(e);
+      return;
+    case ExprKind::Unary:
+      if (e.text == "NOT") {
+        Put("NOT ");
+        WriteOperand(*e.args[0], 3);
+      } else {
+        // "- -1" must not become "--1", a comment.
+        Put(e.text);
+        WriteOperand(*e.args[0], e.args[0]->kind == ExprKind::Unary ? kPrimary + 1 : 9);
+      }
+      return;
+    case ExprKind::Binary:
+      WriteBinary(e);
+      return;
+    case ExprKind::IsNullTest:
+      WriteOperand(*e.args[0], 5);
+      Put(e.negated ? " IS NOT NULL" : " IS NULL");
+      return;
+    case ExprKind::In:
+      WriteOperand(*e.args[0], 5);
+      Put(e.negated ? " NOT IN (" : " IN (");
+      if (e.query) {
+        WriteSelect(*e.query);
+      } else {
+        for (std::size_t i = 1; i < e.args.size(); ++i) {
+          if (i > 1) Put(", ");
+          WriteExpr(*e.args[i]);
+        }
+      }
+      Put(")");
+      return;
+    case ExprKind::Between:
+      WriteOperand(*e.args[0], 5);
+      Put(e.negated ? " NOT BETWEEN " : " BETWEEN ");
+      WriteOperand(*e.args[1], 5);
+      Put(" AND ");
+      WriteOperand(*e.args[2], 5);
+      return;
+    case ExprKind::Like:
+      WriteOperand(*e.args[0], 5);
+      Put(e.negated ? " NOT LIKE " : " LIKE ");
+      WriteOperand(*e.args[1], 5);
+      if (e.args.size() > 2) {
+        Put(" ESCAPE ");
+        WriteOperand(*e.args[2], 5);
+      }
+      return;
+    case ExprKind::Exists:
+      Put("EXISTS (");
+      WriteSelect(*e.query);
+      Put(")");
+      return;
+    case ExprKind::Case:
+      Put("CASE");
+      if (e.caseOperand) {
+        Put(" ");
+        WriteExpr(*e.caseOperand);
+      }
+      for (std::size_t i = 0; i + 1 < e.args.size(); i += 2) {
+        Put(" WHEN ");
+        WriteExpr(*e.args[i]);
+        Put(" THEN ");
+        WriteExpr(*e.args[i + 1]);
+      }
+      if (e.caseElse) {
+        Put(" ELSE ");
+        WriteExpr(*e.caseElse);
+      }
+      Put(" END");
+      return;
+    case ExprKind::Subquery:
+      Put("(");
+      WriteSelect(*e.query);
+      Put(")");
+      return;
+    case ExprKind::Paren:
+      Put("(");
+      WriteExpr(*e.args[0]);
+      Put(")");
+      return;
+  }
+}
+
+// `x = NULL` and `x <> NULL` are written as IS [NOT] NULL: the module's texts
+// ("Vettore = NULL or Vettore = 0") count on the comparison being true for a
+// NULL column, as it is on the connections they were written for.
+void Emitter::WriteBinary(const Expr& e) {
+  const Expr& left = *e.args[0];
+  const Expr& right = *e.args[1];
+  if ((e.text == "=" || e.text == "<>") && (IsNullLiteral(left) || IsNullLiteral(right))) {
+    WriteOperand(IsNullLiteral(left) ? right : left, 5);
+    Put(e.text == "=" ? " IS NULL" : " IS NOT NULL");
+    return;
+  }
+  int p = BinaryPrecedence(e);
+  bool associative = e.text == "AND" || e.text == "OR";
+  WriteOperand(left, p);
+  Put(" ");
+  Put(e.concat ? "||" : e.text);
+  Put(" ");
+  WriteOperand(right, associative ? p : p + 1);
+}
+
+}  // namespace corvina20::data::tsql

@@ -1,0 +1,71 @@
+// Prints a typed statement tree in a backend's dialect. The base class walks
+// what every target shares (SELECT with TOP turned into LIMIT, joins, the
+// select-list aliases, `x = NULL` as `x IS NULL`, "+" on texts as "||",
+// INSERT, plain UPDATE/DELETE, SELECT … INTO as CREATE TABLE + INSERT); a
+// dialect's subclass supplies the pieces that differ: functions, conversions,
+// the join forms of UPDATE/DELETE and declared column types.
+// Not for: deciding types (TsqlTyping.h) or reading T-SQL (TsqlParser.h).
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/tsql/TsqlAst.h"
+
+namespace corvina20::data::tsql {
+
+class Emitter {
+ public:
+  virtual ~Emitter();
+
+  // The backend statements for `statement`, in the order they must run.
+  // REQUIRES: TypeStatement ran on `statement`.
+  std::vector<std::string> Emit(const Statement& statement);
+
+ protected:
+  // Shared walk; everything appends to out_.
+  void Put(std::string_view text) { out_ += text; }
+  void WriteName(const Name& name);
+  void WriteExpr(const Expr& e);
+  // Writes `e`, parenthesised when it binds more loosely than `precedence`.
+  void WriteOperand(const Expr& e, int precedence);
+  void WriteList(const std::vector<ExprPtr>& list);
+  void WriteSelect(const Select& select);
+  void WriteCore(const SelectCore& core);
+  void WriteFrom(const FromClause& from);
+  void WriteTableRef(const TableRef& ref);
+  void WriteWhere(const Expr* where);
+  // The FROM entry whose table or alias is `target`; throws when none.
+  static const TableRef& FindTarget(const FromClause& from, const Name& target);
+
+  // Dialect hooks.
+  virtual void WriteCall(const Expr& call) = 0;
+  virtual void WriteConvert(const Expr& convert) = 0;
+  // DELETE T FROM T JOIN …, UPDATE T SET … FROM T JOIN …
+  virtual void WriteDeleteWithJoin(const Statement& s) = 0;
+  virtual void WriteUpdateWithFrom(const Statement& s) = 0;
+  // A work table's column: name and declared SQL Server type ("" when unknown).
+  virtual void WriteColumnDefinition(const OutputColumn& column) = 0;
+
+  std::string out_;
+
+ private:
+  std::vector<std::string> EmitSelectInto(const Statement& s);
+  void WriteInsert(const Statement& s);
+  void WriteUpdate(const Statement& s);
+  void WriteDelete(const Statement& s);
+  void WriteBinary(const Expr& e);
+  std::string Take();
+};
+
+// The SQLite emitter.
+std::unique_ptr<Emitter> MakeSqliteEmitter();
+
+// Binding strength of an expression as the emitters print it (higher binds
+// tighter); exposed for the dialects' hooks.
+int PrecedenceOf(const Expr& e);
+inline constexpr int kPrimary = 10;
+
+}  // namespace corvina20::data::tsql

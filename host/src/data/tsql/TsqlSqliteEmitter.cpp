@@ -1,0 +1,188 @@
+// The SQLite spelling of the constructs that differ between backends:
+// functions, CONVERT/CAST, DELETE/UPDATE with joins, work-table columns.
+#include <string>
+#include <vector>
+
+#include "core/Text.h"
+#include "data/tsql/TsqlEmitter.h"
+#include "data/tsql/TsqlError.h"
+#include "data/tsql/TsqlTypes.h"
+
+namespace corvina20::data::tsql {
+namespace {
+
+class SqliteEmitter final : public Emitter {
+ protected:
+  void WriteCall(const Expr& call) override {
+    const Expr* arg = call.args.empty() ? nullptr : call.args[0].get();
+    switch (call.function->id) {
+      case Function::IsNull:
+        return Plain("ifnull", call);
+      case Function::Substring:
+        return Plain("substr", call);
+      case Function::Avg:
+        // T-SQL averages integers as an integer, truncated.
+        if (FamilyOf(arg->type) == TypeFamily::Integer) {
+          Put("CAST(");
+          Plain("avg", call);
+          Put(" AS INTEGER)");
+          return;
+        }
+        return Plain("avg", call);
+      case Function::Len:
+        // LEN does not count trailing blanks; SQLite's length does.
+        Put("length(rtrim(");
+        WriteExpr(*arg);
+        Put("))");
+        return;
+      case Function::Year:
+        return DatePart("%Y", *arg);
+      case Function::Month:
+        return DatePart("%m", *arg);
+      case Function::Day:
+        return DatePart("%d", *arg);
+      case Function::GetDate:
+        Put("datetime('now', 'localtime')");
+        return;
+      default:
+        // Same name and meaning in SQLite: isnull's kin, aggregates, abs,
+        // round, upper, lower, ltrim, rtrim, replace, char, coalesce.
+        return Plain(text::Lower(call.function->name), call);
+    }
+  }
+
+  // CONVERT(type, x) / CAST(x AS type) by the type's family: integers and
+  // bit to INTEGER (bit as 0/1, like SQL Server's "any non-zero is 1"),
+  // float/real to REAL, exact numerics to NUMERIC, character types to TEXT
+  // cut to their length (30 when none is written, as in SQL Server), dates
+  // kept as they are: SQLite holds them as text already.
+  void WriteConvert(const Expr& e) override {
+    const Expr& value = *e.args[0];
+    switch (FamilyOf(e.target.base)) {
+      case TypeFamily::Bit:
+        if (value.kind == ExprKind::Number && (value.text == "0" || value.text == "1")) {
+          Cast(value, "INTEGER");
+        } else {
+          Put("(");
+          Cast(value, "INTEGER");
+          Put(" <> 0)");
+        }
+        return;
+      case TypeFamily::Integer:
+        return Cast(value, "INTEGER");
+      case TypeFamily::Float:
+        return Cast(value, "REAL");
+      case TypeFamily::Exact:
+        return Cast(value, "NUMERIC");
+      case TypeFamily::Text: {
+        std::string length = e.target.size;
+        bool unbounded = length == "max" || e.target.base == "text" || e.target.base == "ntext";
+        if (unbounded) return Cast(value, "TEXT");
+        Put("substr(");
+        Cast(value, "TEXT");
+        Put(", 1, " + (length.empty() ? std::string("30") : length) + ")");
+        return;
+      }
+      case TypeFamily::Date:
+        WriteOperand(value, kPrimary);
+        return;
+      case TypeFamily::Unknown:
+        break;
+    }
+    ThrowUnsupported("tipo " + e.target.Text());
+  }
+
+  // DELETE T FROM T JOIN W ON … WHERE … deletes the rows of T that the join
+  // finds: DELETE FROM T WHERE rowid IN (SELECT T.rowid FROM T JOIN W …).
+  // The parameters keep their order.
+  void WriteDeleteWithJoin(const Statement& s) override {
+    const TableRef& target = FindTarget(*s.from, s.table);
+    Put("DELETE FROM ");
+    WriteName(target.table);
+    Put(" WHERE rowid IN (SELECT ");
+    WriteName(target.Qualifier());
+    Put(".rowid FROM ");
+    WriteFrom(*s.from);
+    WriteWhere(s.where.get());
+    Put(")");
+  }
+
+  // UPDATE T SET … FROM T JOIN W ON c WHERE w: SQLite's UPDATE … FROM must
+  // not list the target again, so the target leaves the FROM list and the ON
+  // conditions join the WHERE, in their order (the parameters keep theirs).
+  // Only inner joins have this meaning.
+  void WriteUpdateWithFrom(const Statement& s) override {
+    const FromClause& from = *s.from;
+    const TableRef& target = FindTarget(from, s.table);
+    std::vector<const TableRef*> others;
+    std::vector<const Expr*> conditions;
+    if (&from.first != &target) others.push_back(&from.first);
+    for (const Join& j : from.joins) {
+      if (j.kind != "INNER JOIN" && j.kind != ",") ThrowUnsupported("UPDATE con " + j.kind);
+      if (&j.ref != &target) others.push_back(&j.ref);
+      if (j.on) conditions.push_back(j.on.get());
+    }
+    for (const TableRef* ref : others)
+      if (ref->query) ThrowUnsupported("UPDATE con una tabella derivata nel FROM");
+    if (s.where) conditions.push_back(s.where.get());
+
+    Put("UPDATE ");
+    WriteTableRef(target);
+    Put(" SET ");
+    for (std::size_t i = 0; i < s.sets.size(); ++i) {
+      if (i) Put(", ");
+      WriteName(s.sets[i].column);
+      Put(" = ");
+      WriteExpr(*s.sets[i].value);
+    }
+    for (std::size_t i = 0; i < others.size(); ++i) {
+      Put(i ? ", " : " FROM ");
+      WriteTableRef(*others[i]);
+    }
+    for (std::size_t i = 0; i < conditions.size(); ++i) {
+      Put(i ? " AND " : " WHERE ");
+      WriteOperand(*conditions[i], 3);
+    }
+  }
+
+  // SQLite takes the declared type as written, except a size that is not a
+  // number ("max"): such a type is quoted, and SQLite keeps it unquoted. The
+  // name is quoted because an alias may have been a [bracketed] keyword.
+  void WriteColumnDefinition(const OutputColumn& column) override {
+    WriteName(Name{column.name, true});
+    if (column.type.empty()) return;
+    Put(" ");
+    if (column.type.find("max") != std::string::npos) Put("\"" + column.type + "\"");
+    else Put(column.type);
+  }
+
+ private:
+  void Plain(std::string_view name, const Expr& call) {
+    Put(name);
+    Put(call.distinct ? "(DISTINCT " : "(");
+    WriteList(call.args);
+    Put(")");
+  }
+
+  void Cast(const Expr& value, std::string_view affinity) {
+    Put("CAST(");
+    WriteExpr(value);
+    Put(" AS ");
+    Put(affinity);
+    Put(")");
+  }
+
+  void DatePart(std::string_view format, const Expr& date) {
+    Put("CAST(strftime('");
+    Put(format);
+    Put("', ");
+    WriteExpr(date);
+    Put(") AS INTEGER)");
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Emitter> MakeSqliteEmitter() { return std::make_unique<SqliteEmitter>(); }
+
+}  // namespace corvina20::data::tsql

@@ -1,0 +1,39 @@
+// TranslateTsql: tokenize, parse, type, emit. See TsqlTranslator.h.
+#include "data/tsql/TsqlTranslator.h"
+
+#include <string>
+
+#include "corvina20/Error.h"
+#include "data/tsql/TsqlEmitter.h"
+#include "data/tsql/TsqlError.h"
+#include "data/tsql/TsqlParser.h"
+#include "data/tsql/TsqlTokenizer.h"
+#include "data/tsql/TsqlTyping.h"
+
+namespace corvina20::data {
+
+namespace tsql {
+
+void ThrowUnsupported(std::string_view construct) {
+  throw Error(kErrDatabase, "Corvina20.Sql", "Costrutto T-SQL non supportato: " + std::string(construct));
+}
+
+}  // namespace tsql
+
+TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const ColumnTypeLookup& lookup) {
+  if (dialect != SqlDialect::Sqlite)
+    throw Error(kErrDatabase, "Corvina20.Sql", "Dialetto SQL non ancora supportato: PostgreSQL");
+  std::unique_ptr<tsql::Emitter> emitter = tsql::MakeSqliteEmitter();
+
+  std::vector<tsql::Statement> statements = tsql::Parser(tsql::Tokenize(tsql)).ParseScript();
+  TranslatedSql out;
+  for (tsql::Statement& statement : statements) {
+    tsql::TypeStatement(statement, lookup);
+    for (std::string& text : emitter->Emit(statement)) out.statements.push_back(std::move(text));
+  }
+  // The result is the last statement's: its column types, if it is a query.
+  if (!statements.empty()) out.columnTypes = tsql::ResultColumnTypes(statements.back());
+  return out;
+}
+
+}  // namespace corvina20::data
