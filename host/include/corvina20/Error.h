@@ -38,6 +38,7 @@ Error CurrentError();
 inline constexpr std::int32_t kErrOverflow = 6;
 inline constexpr std::int32_t kErrTypeMismatch = 13;
 inline constexpr std::int32_t kErrInvalidUseOfNull = 94;
+inline constexpr std::int32_t kErrInvalidValue = 380;               // a typed value the control refuses
 inline constexpr std::int32_t kErrObjectRequired = 424;
 inline constexpr std::int32_t kErrHost = 440;                    // generic framework failure
 inline constexpr std::int32_t kErrBofEof = 3021;                 // no current record

@@ -57,10 +57,13 @@ class QueryBuilder {
   // Adds "field <op> ?" with `value` bound; conditions are joined by AND in
   // the order given. Raises kErrHost for an unknown comparison code.
   void AddCondition(std::string_view field, int comparison, const Variant& value);
+  // As AddCondition, but a row whose field is null passes too (validity
+  // dates: no end date means valid without limit).
+  void AddConditionOrNull(std::string_view field, int comparison, const Variant& value);
   // Adds a fixed condition written in T-SQL ("Vettore = NULL or Vettore = 0"),
-  // parenthesised and joined by AND with the others. For texts of the module
-  // only: user values go through AddCondition.
-  void AddConditionText(std::string_view condition);
+  // parenthesised and joined by AND with the others, with `params` bound to
+  // its "?" in order. User values go only through `params`.
+  void AddConditionText(std::string_view condition, const std::vector<Variant>& params = {});
   // Appends to GROUP BY / ORDER BY (comma-joined pieces).
   void AddGroupBy(std::string_view fields);
   void AddOrderBy(std::string_view fields);
@@ -75,6 +78,10 @@ class QueryBuilder {
   RecordsetPtr Open(LockType lock = LockType::Immediate) const;
 
  private:
+  // "field op ?" for `comparison`, pushing the bound value(s) to params_.
+  std::string Condition(std::string_view field, int comparison, const Variant& value);
+  void AppendWhere(const std::string& condition);
+
   ConnectionPtr connection_;
   std::string fields_;
   std::string table_;

@@ -44,36 +44,51 @@ void QueryBuilder::AddJoin(JoinKind kind, std::string_view table, std::string_vi
   joins_ += std::string(table) + " ON " + std::string(leftField) + " = " + std::string(rightField);
 }
 
-void QueryBuilder::AddCondition(std::string_view field, int comparison, const Variant& value) {
+std::string QueryBuilder::Condition(std::string_view field, int comparison, const Variant& value) {
   std::string f(field);
-  std::string condition;
   bool null = value.IsNull();
   switch (comparison) {
-    case kCompareEqual: condition = null ? f + " IS NULL" : f + " = ?"; break;
-    case kCompareDifferent: condition = null ? f + " IS NOT NULL" : f + " <> ?"; break;
-    case kCompareLess: condition = f + " < ?"; break;
-    case kCompareGreaterOrEqual: condition = f + " >= ?"; break;
-    case kCompareGreater: condition = f + " > ?"; break;
-    case kCompareLessOrEqual: condition = f + " <= ?"; break;
+    case kCompareEqual:
+      if (null) return f + " IS NULL";
+      params_.push_back(value);
+      return f + " = ?";
+    case kCompareDifferent:
+      if (null) return f + " IS NOT NULL";
+      params_.push_back(value);
+      return f + " <> ?";
+    case kCompareLess: params_.push_back(value); return f + " < ?";
+    case kCompareGreaterOrEqual: params_.push_back(value); return f + " >= ?";
+    case kCompareGreater: params_.push_back(value); return f + " > ?";
+    case kCompareLessOrEqual: params_.push_back(value); return f + " <= ?";
     case kCompareContains:
-    case kCompareStartsWith: condition = f + " LIKE ?"; break;
+    case kCompareStartsWith: {
+      std::string pattern = LikeLiteral(null || value.IsEmpty() ? "" : value.ToString());
+      params_.emplace_back(comparison == kCompareContains ? "%" + pattern + "%" : pattern + "%");
+      return f + " LIKE ?";
+    }
     default:
       throw Error(kErrHost, "Corvina20.QueryBuilder",
                   "Codice di confronto sconosciuto: " + std::to_string(comparison));
   }
-  if (!where_.empty()) where_ += " AND ";
-  where_ += condition;
-  if (comparison == kCompareContains || comparison == kCompareStartsWith) {
-    std::string pattern = LikeLiteral(null || value.IsEmpty() ? "" : value.ToString());
-    params_.emplace_back(comparison == kCompareContains ? "%" + pattern + "%" : pattern + "%");
-  } else if (!null || (comparison != kCompareEqual && comparison != kCompareDifferent)) {
-    params_.push_back(value);
-  }
 }
 
-void QueryBuilder::AddConditionText(std::string_view condition) {
+void QueryBuilder::AppendWhere(const std::string& condition) {
   if (!where_.empty()) where_ += " AND ";
-  where_ += "(" + std::string(condition) + ")";
+  where_ += condition;
+}
+
+void QueryBuilder::AddCondition(std::string_view field, int comparison, const Variant& value) {
+  AppendWhere(Condition(field, comparison, value));
+}
+
+void QueryBuilder::AddConditionOrNull(std::string_view field, int comparison,
+                                      const Variant& value) {
+  AppendWhere("(" + std::string(field) + " IS NULL OR " + Condition(field, comparison, value) + ")");
+}
+
+void QueryBuilder::AddConditionText(std::string_view condition, const std::vector<Variant>& params) {
+  AppendWhere("(" + std::string(condition) + ")");
+  params_.insert(params_.end(), params.begin(), params.end());
 }
 
 void QueryBuilder::AddGroupBy(std::string_view fields) { AppendList(groupBy_, fields); }

@@ -1,0 +1,87 @@
+// The VxCode lookup: a coded field (country, account, category…) whose
+// values come from a table named by the host's lookup catalogue
+// (data/lookups.tsv: table, code column, description column, shown columns,
+// validity column). Before its search list opens the form may add conditions
+// in BrowserSql through the LookupQuery it receives.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "corvina20/Connection.h"
+#include "corvina20/Controls.h"
+#include "corvina20/Recordset.h"
+
+namespace corvina20 {
+
+// The query object a lookup hands the form in BrowserSql.
+class LookupQuery {
+ public:
+  struct Filter {
+    std::string field;
+    int kind;  // a comparison code of the query builder (4: greater or equal)
+    std::string value;
+    int flag;  // 1: the field is a validity date; rows with a null field pass
+  };
+  // Forgets the conditions of the previous search.
+  void ClearFilters() { filters_.clear(); }
+  // Adds a condition to the next search: `field` compared with `value` by
+  // the query builder's comparison code `kind`. With `flag` 1 the value is a
+  // date written year-month-day (without leading zeros) and a row whose field
+  // is null passes too (no end of validity). Unknown kinds raise kErrHost
+  // when the search runs.
+  void AddFilter(std::string field, int kind, std::string value, int flag) {
+    filters_.push_back({std::move(field), kind, std::move(value), flag});
+  }
+  const std::vector<Filter>& Filters() const { return filters_; }
+
+ private:
+  std::vector<Filter> filters_;
+};
+
+struct LookupDefinition {
+  std::string name;
+  std::string table;
+  std::string codeField;
+  std::string descriptionField;
+  std::vector<std::string> columns;  // shown in the search list
+  std::string validityField;         // "" when the table has no validity dates
+};
+
+// The catalogue entry named `name` (case-insensitive). Raises kErrHost when
+// there is none.
+LookupDefinition FindLookup(const std::string& name);
+
+class VxCode : public Control {
+ public:
+  VxCode(std::string name, std::string caption, std::string lookupName);
+  const std::string& LookupName() const { return lookupName_; }
+  // Masks typing of account codes ("99.99.9999"); "" for none.
+  void SetMask(std::string mask) { mask_ = std::move(mask); }
+  const std::string& Mask() const { return mask_; }
+  // The description of the current code, "" when none or unknown.
+  const std::string& Description() const { return description_; }
+
+  // Runs the search list: BrowserStart, then BrowserSql with a cleared
+  // LookupQuery, then the query (code or description containing `text`, the
+  // form's filters, at most `limit` rows ordered by code).
+  RecordsetPtr Search(const ConnectionPtr& connection, const std::string& text, int limit = 100);
+  // The user picked `code` from the list: sets it (as typing would) and
+  // raises BrowserResult.
+  void Choose(const ConnectionPtr& connection, const Variant& code);
+  // Reads the description of the current code.
+  void Refresh(const ConnectionPtr& connection);
+
+  std::function<void(bool& cancel)> BrowserStart;
+  std::function<void(LookupQuery& query)> BrowserSql;
+  std::function<void()> BrowserResult;
+  std::function<void(int key)> KeyDown;
+
+ private:
+  std::string lookupName_;
+  std::string mask_;
+  std::string description_;
+};
+
+}  // namespace corvina20

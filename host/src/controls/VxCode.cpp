@@ -1,0 +1,121 @@
+// The VxCode lookup and the host's lookup catalogue (data/lookups.tsv).
+#include "corvina20/VxCode.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "core/Text.h"
+#include "corvina20/Error.h"
+#include "corvina20/MervoStatus.h"
+#include "corvina20/QueryBuilder.h"
+
+namespace corvina20 {
+namespace {
+
+std::vector<std::string> SplitList(const std::string& text) {
+  std::vector<std::string> out;
+  std::stringstream in(text);
+  std::string item;
+  while (std::getline(in, item, ','))
+    if (!text::Trim(item).empty()) out.emplace_back(text::Trim(item));
+  return out;
+}
+
+std::vector<LookupDefinition> ReadCatalogue() {
+  std::string path = DataDirectory() + "/lookups.tsv";
+  std::ifstream in(path);
+  if (!in) throw Error(kErrHost, "Corvina20.Lookups", "Catalogo delle ricerche mancante: " + path);
+  std::vector<LookupDefinition> lookups;
+  std::string line;
+  int number = 0;
+  while (std::getline(in, line)) {
+    ++number;
+    if (text::Trim(line).empty() || line[0] == '#') continue;
+    std::vector<std::string> cells;
+    std::stringstream row(line);
+    std::string cell;
+    while (std::getline(row, cell, '\t')) cells.push_back(std::string(text::Trim(cell)));
+    if (cells.size() < 5)
+      throw Error(kErrHost, "Corvina20.Lookups",
+                  path + ", riga " + std::to_string(number) +
+                      ": servono nome, tabella, codice, descrizione, colonne");
+    lookups.push_back({cells[0], cells[1], cells[2], cells[3], SplitList(cells[4]),
+                       cells.size() > 5 ? cells[5] : ""});
+  }
+  return lookups;
+}
+
+// "2025-6-3" (year-month-day without leading zeros) as a date.
+Variant ValidityDate(const std::string& value) {
+  int y = 0, m = 0, d = 0;
+  char a = 0, b = 0;
+  std::stringstream in(value);
+  if (!(in >> y >> a >> m >> b >> d) || a != '-' || b != '-')
+    throw Error(kErrHost, "Corvina20.Lookups", "Data di validità non valida: " + value);
+  return Variant(DateTime::FromParts(y, m, d));
+}
+
+}  // namespace
+
+LookupDefinition FindLookup(const std::string& name) {
+  static const std::vector<LookupDefinition> catalogue = ReadCatalogue();
+  for (const auto& l : catalogue)
+    if (text::EqualsNoCase(l.name, name)) return l;
+  throw Error(kErrHost, "Corvina20.Lookups", "Ricerca sconosciuta: " + name);
+}
+
+VxCode::VxCode(std::string name, std::string caption, std::string lookupName)
+    : Control(std::move(name), ControlKind::Lookup, std::move(caption)),
+      lookupName_(std::move(lookupName)) {}
+
+RecordsetPtr VxCode::Search(const ConnectionPtr& connection, const std::string& typed, int limit) {
+  bool cancel = false;
+  if (BrowserStart) BrowserStart(cancel);
+  LookupDefinition def = FindLookup(lookupName_);
+  LookupQuery query;
+  if (BrowserSql) BrowserSql(query);
+
+  QueryBuilder q(connection);
+  std::string fields = def.codeField + ", " + def.descriptionField;
+  for (const auto& c : def.columns)
+    if (!text::EqualsNoCase(c, def.codeField) && !text::EqualsNoCase(c, def.descriptionField))
+      fields += ", " + c;
+  q.AddFields(fields);
+  q.SetTable(def.table);
+  q.SetTop(limit);
+  if (!typed.empty()) {
+    // Either the code or the description holds what was typed.
+    Variant pattern("%" + typed + "%");
+    q.AddConditionText(def.codeField + " LIKE ? OR " + def.descriptionField + " LIKE ?",
+                       {pattern, pattern});
+  }
+  for (const auto& f : query.Filters()) {
+    // "Validita" names the lookup's validity column, whatever its name.
+    std::string field = text::EqualsNoCase(f.field, "Validita") && !def.validityField.empty()
+                            ? def.validityField
+                            : f.field;
+    if (f.flag == 1) q.AddConditionOrNull(field, f.kind, ValidityDate(f.value));
+    else q.AddCondition(field, f.kind, Variant(f.value));
+  }
+  q.AddOrderBy(def.codeField);
+  return q.Open(LockType::ReadOnly);
+}
+
+void VxCode::Choose(const ConnectionPtr& connection, const Variant& code) {
+  Type(code);
+  Refresh(connection);
+  if (BrowserResult) BrowserResult();
+}
+
+void VxCode::Refresh(const ConnectionPtr& connection) {
+  description_.clear();
+  if (Value().IsEmpty() || Value().IsNull() || !connection) return;
+  LookupDefinition def = FindLookup(lookupName_);
+  auto rs = connection->OpenRecordset("SELECT " + def.descriptionField + " FROM " + def.table +
+                                          " WHERE " + def.codeField + " = ?",
+                                      {Value()}, LockType::ReadOnly);
+  if (!rs->IsEOF() && !rs->Fields(std::size_t{0}).Value().IsNull())
+    description_ = rs->Fields(std::size_t{0}).Value().ToString();
+}
+
+}  // namespace corvina20
