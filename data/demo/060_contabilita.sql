@@ -1,0 +1,44 @@
+-- Demo data: journal registrations with their account and VAT lines, due dates,
+-- VAT settlements and the activity code's yearly data. TipoCliFor 1 customer,
+-- 2 supplier; TipoRegIva 1 purchases, 2 sales, 3 receipts.
+
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (1, 3, '2025-02-28', 'FV', 'Fattura n. 1/A', 2, 1, 2, 'A', 1, '1', 'F', '2025-02-28', '1', NULL, NULL, 'CTR-2025-07', 0, 'EUR', 12200.0, 10000.0, 2200.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (2, NULL, '2025-01-31', 'FA', 'Fattura V25/0142', 15, 2, 1, 'A', 2, '1', 'F', '2025-01-31', 'V25/0142', NULL, NULL, NULL, 0, 'EUR', 25000.0, 25000.0, 0.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (3, NULL, '2025-02-20', 'FA', 'Parcella 7/2025', 18, 2, 1, 'A', 3, '1', 'F', '2025-02-19', '7/2025', NULL, NULL, NULL, 0, 'EUR', 1830.0, 1500.0, 330.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (4, NULL, '2025-03-10', 'NCV', 'Nota di credito n. 2/A', 2, 1, 2, 'A', 4, '1', 'N', '2025-03-10', '2', '2025-02-28', '1', 'CTR-2025-07', 0, 'EUR', 610.0, 500.0, 110.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (5, NULL, '2025-03-31', 'INC', 'Incasso Ri.Ba. fattura 1/A', 2, 1, 0, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, 0, 'EUR', 11590.0, NULL, NULL);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, NrContratto, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (6, NULL, '2025-03-15', 'COR', 'Corrispettivi del 15/03/2025', 11, 1, 3, 'A', 6, '1', NULL, '2025-03-15', NULL, NULL, NULL, NULL, 0, 'EUR', 366.0, 300.0, 66.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (1, 1, '14.01.00002', 2, 1, 12200.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (1, 2, '70.01.00001', NULL, 0, 0.0, 10000.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (1, 3, '45.05.00001', NULL, 0, 0.0, 2200.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (2, 1, '40.01.00015', 15, 2, 0.0, 25000.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (2, 2, '60.01.00001', NULL, 0, 25000.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (3, 1, '40.01.00018', 18, 2, 0.0, 1830.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (3, 2, '60.01.00002', NULL, 0, 1500.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (3, 3, '15.05.00001', NULL, 0, 330.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (4, 1, '14.01.00002', 2, 1, 0.0, 610.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (4, 2, '70.01.00001', NULL, 0, 500.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (4, 3, '45.05.00001', NULL, 0, 110.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (5, 1, '18.01.00002', NULL, 0, 11590.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (5, 2, '14.01.00002', 2, 1, 0.0, 11590.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (6, 1, '18.01.00001', NULL, 0, 366.0, 0.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (6, 2, '70.01.00003', NULL, 0, 0.0, 300.0);
+INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (6, 3, '45.05.00001', NULL, 0, 0.0, 66.0);
+INSERT INTO COGPrimeNoteRIva (IdPrimaNota, IdRiga, CodIva, TipoRegIva, SegnoIva, ImponibileVB, ImpostaVB) VALUES (1, 1, '22', 2, 1, 10000.0, 2200.0);
+INSERT INTO COGPrimeNoteRIva (IdPrimaNota, IdRiga, CodIva, TipoRegIva, SegnoIva, ImponibileVB, ImpostaVB) VALUES (2, 1, 'NI8C', 1, 1, 25000.0, 0.0);
+INSERT INTO COGPrimeNoteRIva (IdPrimaNota, IdRiga, CodIva, TipoRegIva, SegnoIva, ImponibileVB, ImpostaVB) VALUES (3, 1, '22', 1, 1, 1500.0, 330.0);
+INSERT INTO COGPrimeNoteRIva (IdPrimaNota, IdRiga, CodIva, TipoRegIva, SegnoIva, ImponibileVB, ImpostaVB) VALUES (4, 1, '22', 2, -1, 500.0, 110.0);
+INSERT INTO COGPrimeNoteRIva (IdPrimaNota, IdRiga, CodIva, TipoRegIva, SegnoIva, ImponibileVB, ImpostaVB) VALUES (6, 1, '22', 3, 1, 300.0, 66.0);
+INSERT INTO COGScadenze (IdScadenza, IdAnagrafica, TipoCliFor, IdPrimaNota, DataScadenza, Importo, IdTipologiaPagamento, StatoEffetto) VALUES (1, 2, 1, 1, '2025-04-30', 6100.0, 2, 2);
+INSERT INTO COGScadenze (IdScadenza, IdAnagrafica, TipoCliFor, IdPrimaNota, DataScadenza, Importo, IdTipologiaPagamento, StatoEffetto) VALUES (2, 2, 1, 1, '2025-05-31', 6100.0, 2, 0);
+INSERT INTO COGScadenze (IdScadenza, IdAnagrafica, TipoCliFor, IdPrimaNota, DataScadenza, Importo, IdTipologiaPagamento, StatoEffetto) VALUES (3, 15, 2, 2, '2025-04-30', 25000.0, 3, 0);
+INSERT INTO COGScadenze (IdScadenza, IdAnagrafica, TipoCliFor, IdPrimaNota, DataScadenza, Importo, IdTipologiaPagamento, StatoEffetto) VALUES (4, 18, 2, 3, '2025-03-20', 1530.0, 3, 2);
+INSERT INTO COGIvaLiquidazioni (Anno, Periodo, DataLiquidazione, ValoriDefinitivi, IvaDebito, IvaCredito, CreditoPrecedente, Versamento) VALUES (2025, 1, '2025-02-16', 1, 0.0, 0.0, 0.0, 0.0);
+INSERT INTO COGIvaLiquidazioniAttivita (Anno, Periodo, CodAttivita, PercProrata, IvaDebito, IvaCredito) VALUES (2025, 1, '1', 100.0, 0.0, 0.0);
+INSERT INTO COGIvaLiquidazioni (Anno, Periodo, DataLiquidazione, ValoriDefinitivi, IvaDebito, IvaCredito, CreditoPrecedente, Versamento) VALUES (2025, 2, '2025-03-16', 1, 2200.0, 330.0, 0.0, 1870.0);
+INSERT INTO COGIvaLiquidazioniAttivita (Anno, Periodo, CodAttivita, PercProrata, IvaDebito, IvaCredito) VALUES (2025, 2, '1', 100.0, 2200.0, 330.0);
+INSERT INTO COGIvaLiquidazioni (Anno, Periodo, DataLiquidazione, ValoriDefinitivi, IvaDebito, IvaCredito, CreditoPrecedente, Versamento) VALUES (2025, 3, '2025-04-16', 0, 66.0, 110.0, 0.0, 0.0);
+INSERT INTO COGIvaLiquidazioniAttivita (Anno, Periodo, CodAttivita, PercProrata, IvaDebito, IvaCredito) VALUES (2025, 3, '1', 100.0, 66.0, 110.0);
+INSERT INTO COGParametriIvaAttivita (CodAttivita, Descrizione, CodiceAteco) VALUES ('1', 'Commercio all''ingrosso di ferramenta e utensileria', '46.74.10');
+INSERT INTO COGParametriIvaAttivitaRighe (CodAttivita, Anno, PercProRata, PlafondDisponibile, PlafondUtilizzato, PlafondResiduo, PlafondResiduo1, PlafondResiduo2) VALUES ('1', 2024, 100.0, 160000.0, 148000.0, 12000.0, 20000.0, 5000.0);
+INSERT INTO COGParametriIvaAttivitaRighe (CodAttivita, Anno, PercProRata, PlafondDisponibile, PlafondUtilizzato, PlafondResiduo, PlafondResiduo1, PlafondResiduo2) VALUES ('1', 2025, 100.0, 175000.0, 25000.0, 150000.0, 20000.0, 5000.0);
