@@ -62,8 +62,11 @@ class Card : public Control {
   // A satellite table sharing the key: fields bound without a prefix live
   // there. Its row is written after the main row, and inserted when missing.
   void AddSatellite(std::string table);
-  // The column shown next to the key in lists ("RagioneSociale").
+  // The column shown next to the key in lists.
   void SetDisplayField(std::string field) { displayField_ = std::move(field); }
+  // The column searched by name in Find ("RagioneSociale"); the display
+  // field when not set.
+  void SetNameField(std::string field) { nameField_ = std::move(field); }
   // Party cards leave the deletion of the party row to the role procedures
   // (another role may keep it); other cards delete their own rows.
   void SetDeletesOwnRows(bool deletes) { deletesOwnRows_ = deletes; }
@@ -166,6 +169,7 @@ class Card : public Control {
   std::string mainTable_;
   std::string keyField_;
   std::string displayField_;
+  std::string nameField_;
   std::string condition_;
   bool deletesOwnRows_ = true;
   bool started_ = false;

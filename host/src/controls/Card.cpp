@@ -401,7 +401,7 @@ bool Card::MovePrevious() {
 
 std::vector<CardRecordRef> Card::Find(const std::string& text, int limit) {
   RequireMode(true, "cerca");
-  std::string display = displayField_.empty() ? keyField_ : displayField_;
+  std::string display = !nameField_.empty() ? nameField_ : !displayField_.empty() ? displayField_ : keyField_;
   std::string sql = "SELECT TOP " + std::to_string(limit) + " " + keyField_ + ", " + display +
                     " FROM " + mainTable_ + " WHERE ";
   if (!condition_.empty()) sql += "(" + condition_ + ") AND ";
