@@ -3,7 +3,9 @@
 // this header only; nothing here is the host's implementation.
 #pragma once
 
+#include "corvina20/Card.h"
 #include "corvina20/Connection.h"
+#include "corvina20/Controls.h"
 #include "corvina20/DataObject.h"
 #include "corvina20/Error.h"
 #include "corvina20/FiscalChecks.h"
@@ -11,10 +13,13 @@
 #include "corvina20/HostParameters.h"
 #include "corvina20/Items.h"
 #include "corvina20/MervoStatus.h"
+#include "corvina20/Panels.h"
 #include "corvina20/QueryBuilder.h"
 #include "corvina20/Recordset.h"
 #include "corvina20/Session.h"
 #include "corvina20/Variant.h"
+#include "corvina20/VxBody.h"
+#include "corvina20/VxCode.h"
 
 namespace vantor20 {
 using corvina20::ConnectionPtr;

@@ -1,0 +1,66 @@
+// The common card pattern of the minor registries (carriers, manufacturers,
+// loaders): the party fields of a card, the allocation of a new id as a
+// maximum + 1 when the card enters new mode, and the fiscal-code and
+// VAT-number checks before a save, governed by "ControlloCFBloccante". Each
+// card derives from it, names its table, key and location strings, and adds
+// its own fields and rules.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "corvina20/Card.h"
+#include "module/Host.h"
+
+namespace vantor20 {
+
+class MinorPartyCard : public corvina20::Form {
+ public:
+  // `form` names the form ("AnagraficaVettori"); the card control is
+  // "crd" + form. The party fields are bound to `table`, whose key column is
+  // `keyColumn`.
+  MinorPartyCard(const std::string& form, const std::string& table, const std::string& keyColumn);
+
+  corvina20::Card& crd;
+  corvina20::Frame& frmAnagrafica;
+  corvina20::Frame& frmRecapiti;
+  corvina20::NumberField& numIdAnagrafica;
+  corvina20::TextField& txtRagioneSociale1;
+  corvina20::TextField& txtRagioneSociale2;
+  corvina20::TextField& txtIndirizzo;
+  corvina20::TextField& txtCap;
+  corvina20::TextField& txtCitta;
+  corvina20::TextField& txtProvincia;
+  corvina20::VxCode& cdoNazione;
+  corvina20::TextField& cdoCodiceFiscale;
+  corvina20::TextField& txtPartitaIva;
+  corvina20::VxCode& cdoLingua;
+  corvina20::TextField& txtTelefono;
+  corvina20::TextField& txtTelefono2;
+  corvina20::TextField& txtPortatile;
+  corvina20::TextField& txtFax;
+  corvina20::TextField& txtInternet;
+  corvina20::TextField& txtE_mail;
+  corvina20::DateField& dteFineValidita;
+
+ protected:
+  // The location string of a card event: "<form>.crd<form>_<event>".
+  std::string Location(const char* event) const;
+  // "Max(<key>) as IdLibera" + 1 over `table`: the card's own numbering.
+  std::int32_t NextFreeId(const std::string& table, const std::string& key) const;
+  // Reads "IdAnagraficaManuale": whether the user types the id.
+  void ReadManualId();
+  // The checks of a save, in their fixed order: fiscal code (blocking under
+  // "ControlloCFBloccante", else a warning), Italian VAT number, duplicates
+  // of either among the parties of `role` (1..5; 0 skips the duplicate
+  // checks), both missing; the warnings are put to the user with question
+  // 386. Sets `cancel` when the save must not go on.
+  void CheckIdentityBeforeSave(std::int16_t role, bool& cancel);
+  // The id shown, 0 when none.
+  std::int32_t ShownId() const;
+
+  const std::string formName_;
+  bool manualId_ = false;
+};
+
+}  // namespace vantor20
