@@ -13,5 +13,6 @@ std::string DefaultDatabase();
 void AddInitCommand(CLI::App& app);
 void AddItemsCommand(CLI::App& app);
 void AddParamsCommand(CLI::App& app);
+void AddScriptCommand(CLI::App& app);
 
 }  // namespace corvina20::app

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
   corvina20::app::AddInitCommand(app);
   corvina20::app::AddItemsCommand(app);
   corvina20::app::AddParamsCommand(app);
+  corvina20::app::AddScriptCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

@@ -103,7 +103,16 @@ bool Card::HasRecord() const { return main_ && !main_->IsEOF() && !main_->IsBOF(
 
 Variant Card::KeyValue() const {
   if (!HasRecord()) return Variant::Null();
-  return main_->Fields(keyField_).Value();
+  Variant key = main_->Fields(keyField_).Value();
+  if (key.IsNull() && mode_ == kModeNew) {
+    // A new record's key is what its key field shows until the save.
+    for (Control* c : BoundControls()) {
+      const std::string& b = c->Binding();
+      if (text::EqualsNoCase(b, keyField_) || text::EqualsNoCase(b, mainTable_ + "." + keyField_))
+        return c->Value().IsEmpty() ? Variant::Null() : c->Value();
+    }
+  }
+  return key;
 }
 
 RecordsetPtr Card::GetSatelliteRecordset(const std::string& table) const {

@@ -1,0 +1,349 @@
+// The workspace's actions. Each action runs through the same controls and
+// events a person's action would; see Workspace.h.
+#include "automation/Workspace.h"
+
+#include <nlohmann/json.hpp>
+
+#include "core/Text.h"
+#include "corvina20/Card.h"
+#include "corvina20/Error.h"
+#include "corvina20/Panels.h"
+#include "corvina20/VxBody.h"
+#include "corvina20/VxCode.h"
+#include "items/HostItem.h"
+
+namespace corvina20 {
+
+using json = nlohmann::ordered_json;
+
+namespace {
+
+[[noreturn]] void Bad(const std::string& why) { throw Error(kErrHost, "Corvina20.Script", why); }
+
+template <class T>
+T* Find(const Form& form, const std::string& name) {
+  Control* c = form.FindControl(name);
+  return c ? dynamic_cast<T*>(c) : nullptr;
+}
+
+json Popup(const PopupMenu& menu) {
+  json items = json::array();
+  for (const auto& i : menu.Items())
+    items.push_back({{"key", i.key}, {"caption", i.caption}, {"enabled", i.enabled}, {"visible", i.visible}});
+  return items;
+}
+
+json Rows(const RecordsetPtr& rs) {
+  json rows = json::array();
+  if (!rs || !rs->IsOpen()) return rows;
+  if (rs->RecordCount() == 0) return rows;
+  Variant mark;
+  bool hasMark = !rs->IsEOF() && !rs->IsBOF();
+  if (hasMark) mark = rs->Bookmark();
+  for (rs->MoveFirst(); !rs->IsEOF(); rs->MoveNext()) {
+    json row = json::object();
+    for (std::size_t i = 0; i < rs->FieldCount(); ++i)
+      row[rs->Info(i).name] = ToJson(rs->Fields(i).Value());
+    rows.push_back(std::move(row));
+  }
+  if (hasMark) rs->SetBookmark(mark);
+  return rows;
+}
+
+json Describe(const Control& c) {
+  json d = {{"name", c.Name()},         {"kind", KindName(c.Kind())}, {"caption", c.Caption()},
+            {"frame", c.FrameName()},   {"tab", c.Tab()},             {"binding", c.Binding()},
+            {"enabled", c.Enabled()},   {"visible", c.Visible()},     {"locked", c.Locked()},
+            {"value", ToJson(c.Value())}};
+  if (auto* t = dynamic_cast<const TextField*>(&c)) {
+    d["maxLength"] = t->MaxLength();
+    d["accepted"] = t->AcceptedCharacters();
+  } else if (auto* n = dynamic_cast<const NumberField*>(&c)) {
+    d["decimals"] = n->Decimals();
+    d["currency"] = n->Currency();
+  } else if (auto* ch = dynamic_cast<const ChoiceField*>(&c)) {
+    json entries = json::array();
+    for (const auto& e : ch->Entries()) entries.push_back({{"caption", e.caption}, {"value", ToJson(e.value)}});
+    d["entries"] = entries;
+  } else if (auto* code = dynamic_cast<const VxCode*>(&c)) {
+    d["lookup"] = code->LookupName();
+    d["description"] = code->Description();
+    d["mask"] = code->Mask();
+  } else if (auto* tabs = dynamic_cast<const Tabs*>(&c)) {
+    d["pages"] = tabs->Pages();
+  } else if (auto* grid = dynamic_cast<const VxBody*>(&c)) {
+    json columns = json::array();
+    for (const auto& col : grid->Columns())
+      columns.push_back({{"field", col.field}, {"caption", col.caption}, {"kind", KindName(col.kind)},
+                         {"editable", col.editable}, {"visible", col.visible}, {"lookup", col.lookup}});
+    d["columns"] = columns;
+    d["rows"] = Rows(grid->Data());
+    d["selection"] = grid->Selection();
+    d["popup"] = Popup(const_cast<VxBody*>(grid)->Popup());
+    d.erase("value");
+  } else if (auto* card = dynamic_cast<const Card*>(&c)) {
+    d["mode"] = card->Mode();
+    d["key"] = ToJson(card->KeyValue());
+    d["popup"] = Popup(const_cast<Card*>(card)->Popup());
+    d.erase("value");
+  } else if (auto* panel = dynamic_cast<const ActiveFormOption*>(&c)) {
+    json tools = json::array();
+    for (const auto& t : panel->Tools())
+      tools.push_back({{"key", t.key}, {"caption", t.caption}, {"enabled", t.enabled}});
+    d["tools"] = tools;
+  }
+  return d;
+}
+
+std::vector<std::pair<std::string, Variant>> Cells(const json& object) {
+  if (!object.is_object()) Bad("servono i valori delle colonne come oggetto");
+  std::vector<std::pair<std::string, Variant>> cells;
+  for (auto it = object.begin(); it != object.end(); ++it) cells.emplace_back(it.key(), FromJson(it.value()));
+  return cells;
+}
+
+}  // namespace
+
+// ---- conversions ---------------------------------------------------------------
+
+json ToJson(const Variant& v) {
+  switch (v.Kind()) {
+    case VariantKind::Empty:
+    case VariantKind::Null: return nullptr;
+    case VariantKind::Boolean: return v.ToBool();
+    case VariantKind::Integer:
+    case VariantKind::Long:
+    case VariantKind::BigInt: return v.ToBigInt();
+    case VariantKind::Date: return v.ToDate().ToIso();
+    case VariantKind::String: return v.StringRef();
+    default: return v.ToDouble();
+  }
+}
+
+Variant FromJson(const json& value) {
+  if (value.is_null()) return Variant();
+  if (value.is_boolean()) return Variant(value.get<bool>());
+  if (value.is_number_integer()) {
+    auto n = value.get<std::int64_t>();
+    if (n >= INT32_MIN && n <= INT32_MAX) return Variant(static_cast<std::int32_t>(n));
+    return Variant(n);
+  }
+  if (value.is_number()) return Variant(value.get<double>());
+  if (value.is_string()) return Variant(value.get<std::string>());
+  Bad("valore non ammesso: " + value.dump());
+}
+
+json ErrorLine(const Error& error) {
+  return {{"error", {{"number", error.Number()}, {"source", error.Source()}, {"description", error.Description()}}}};
+}
+
+// ---- QueuedDialog ----------------------------------------------------------------
+
+void QueuedDialog::Queue(const std::vector<int>& answers) {
+  answers_.insert(answers_.end(), answers.begin(), answers.end());
+}
+
+int QueuedDialog::Show(const MessageRequest& request) {
+  if (request.error) {
+    if (emit_)
+      emit_(ErrorLine(Error(request.error->number, request.error->source, request.error->description)));
+    return kAnswerOk;
+  }
+  int answer = defaultAnswer_;
+  if (!answers_.empty()) {
+    answer = answers_.front();
+    answers_.pop_front();
+  }
+  if (emit_)
+    emit_({{"dialog",
+            {{"number", request.number ? json(*request.number) : json(nullptr)},
+             {"text", request.text},
+             {"style", request.style}}},
+           {"answer", answer}});
+  return answer;
+}
+
+std::optional<std::string> QueuedDialog::ChooseFolder(std::string_view title) {
+  if (emit_) emit_({{"folder", std::string(title)}, {"answer", nullptr}});
+  return std::nullopt;
+}
+
+// ---- Workspace ---------------------------------------------------------------------
+
+struct Workspace::OpenForm {
+  std::string itemName;
+  std::string kind;
+  HostItem item;
+  Card* card = nullptr;
+};
+
+Workspace::Workspace(ConnectionPtr connection, std::shared_ptr<Dialog> dialog)
+    : session_(std::make_shared<HostSession>(std::move(connection), std::move(dialog))),
+      module_(std::make_unique<LoadedModule>(DefaultModulePath())) {
+  SessionPtr app = session_;
+  module_->Module().Init(app);
+}
+
+Workspace::~Workspace() {
+  forms_.clear();  // the forms go before the module that made them
+}
+
+Workspace::OpenForm& Workspace::Current() const {
+  if (forms_.empty()) Bad("nessuna maschera aperta: usare prima \"open\"");
+  return *forms_.back();
+}
+
+json Workspace::Open(const json& action) {
+  std::string name = action.at("open").get<std::string>();
+  std::string kind = action.value("kind", "card");
+  auto open = std::make_unique<OpenForm>();
+  open->itemName = name;
+  open->kind = kind;
+  IAppModule& module = module_->Module();
+  if (kind == "card") module.CreateCardItem(name, open->item);
+  else if (kind == "report") module.CreateReportItem(name, open->item);
+  else if (kind == "activeform") module.CreateActiveFormItem(name, open->item);
+  else Bad("tipo di elemento sconosciuto: " + kind + " (card, report, activeform)");
+  const FormPtr& form = open->item.GetForm();
+  json result = {{"opened", name}, {"form", form ? json(form->Name()) : json(nullptr)}};
+  if (!form) return result;  // the host tells the user plainly; nothing to show
+  for (const auto& c : form->Controls())
+    if (auto* card = dynamic_cast<Card*>(c.get())) {
+      open->card = card;
+      break;
+    }
+  if (open->card) open->card->Start(session_->GetConnection());
+  form->Load();
+  forms_.push_back(std::move(open));
+  return result;
+}
+
+json Workspace::Press(const std::string& button) {
+  OpenForm& f = Current();
+  if (!f.card) Bad("la maschera " + f.item.GetForm()->Name() + " non ha una scheda");
+  Card& card = *f.card;
+  bool done;
+  if (button == "new") done = card.New();
+  else if (button == "edit") done = card.Edit();
+  else if (button == "save") done = card.Save();
+  else if (button == "delete") done = card.Delete();
+  else if (button == "cancel") done = card.Cancel();
+  else if (button == "first") done = card.MoveFirst();
+  else if (button == "previous") done = card.MovePrevious();
+  else if (button == "next") done = card.MoveNext();
+  else if (button == "last") done = card.MoveLast();
+  else Bad("pulsante sconosciuto: " + button);
+  return {{"pressed", button}, {"done", done}, {"mode", card.Mode()}, {"key", ToJson(card.KeyValue())}};
+}
+
+json Workspace::Grid(const json& action) {
+  std::string name = action.at("grid").get<std::string>();
+  auto* grid = Find<VxBody>(*Current().item.GetForm(), name);
+  if (!grid) Bad("griglia sconosciuta: " + name);
+  json result = {{"grid", name}};
+  if (action.contains("add")) {
+    result["added"] = grid->AddRow(Cells(action.at("add")));
+  } else if (action.contains("row") && action.contains("set")) {
+    long row = action.at("row").get<long>();
+    grid->SetCells(row, Cells(action.at("set")));
+    result["row"] = row;
+  } else if (action.contains("delete")) {
+    long row = action.at("delete").get<long>();
+    result["deleted"] = row;
+    result["done"] = grid->DeleteRow(row);
+  } else if (action.contains("select")) {
+    grid->Select(action.at("select").get<std::vector<long>>());
+    result["selected"] = grid->Selection();
+  } else if (action.contains("popup")) {
+    std::string key = action.at("popup").get<std::string>();
+    grid->SelectPopupItem(key);
+    result["popup"] = key;
+    result["done"] = true;
+  } else {
+    Bad("azione sulla griglia sconosciuta: servono add, row+set, delete, select o popup");
+  }
+  result["rows"] = grid->RowCount();
+  return result;
+}
+
+json Workspace::Perform(const json& action, const Emit& emit) {
+  if (!action.is_object()) Bad("ogni riga deve essere un oggetto JSON");
+  if (auto* queued = dynamic_cast<QueuedDialog*>(&session_->GetDialog())) queued->SetEmitter(emit);
+  if (action.contains("open")) return Open(action);
+  if (action.contains("press")) return Press(action.at("press").get<std::string>());
+  if (action.contains("load")) {
+    OpenForm& f = Current();
+    if (!f.card) Bad("la maschera non ha una scheda");
+    bool done = f.card->Load(FromJson(action.at("load")));
+    return {{"loaded", action.at("load")}, {"done", done}, {"mode", f.card->Mode()}, {"key", ToJson(f.card->KeyValue())}};
+  }
+  if (action.contains("set")) {
+    std::string name = action.at("set").get<std::string>();
+    Control* c = Current().item.GetForm()->FindControl(name);
+    if (!c) Bad("controllo sconosciuto: " + name);
+    if (!action.contains("value")) Bad("manca \"value\"");
+    if (auto* code = dynamic_cast<VxCode*>(c)) code->Choose(session_->GetConnection(), FromJson(action.at("value")));
+    else c->Type(FromJson(action.at("value")));
+    return {{"set", name}, {"value", ToJson(c->Value())}};
+  }
+  if (action.contains("grid")) return Grid(action);
+  if (action.contains("popup")) {
+    OpenForm& f = Current();
+    if (!f.card) Bad("la maschera non ha una scheda");
+    std::string key = action.at("popup").get<std::string>();
+    f.card->SelectPopupItem(key);
+    return {{"popup", key}, {"done", true}};
+  }
+  if (action.contains("tool")) {
+    std::string tool = action.at("tool").get<std::string>();
+    for (const auto& c : Current().item.GetForm()->Controls()) {
+      if (auto* print = dynamic_cast<PrintOption*>(c.get())) {
+        ReportRequest r = print->Run(tool);
+        json report = nullptr;
+        if (!r.reportName.empty())
+          report = {{"name", r.reportName}, {"selection", r.selection}, {"captions", r.captions}, {"values", r.values}};
+        return {{"tool", tool}, {"report", report}};
+      }
+      if (auto* panel = dynamic_cast<ActiveFormOption*>(c.get())) {
+        panel->Click(tool);
+        return {{"tool", tool}, {"done", true}};
+      }
+    }
+    Bad("la maschera non ha un pannello di comandi");
+  }
+  if (action.contains("answers")) {
+    auto* queued = dynamic_cast<QueuedDialog*>(&session_->GetDialog());
+    if (!queued) Bad("le risposte si accodano solo negli script");
+    auto answers = action.at("answers").get<std::vector<int>>();
+    queued->Queue(answers);
+    return {{"queued", answers}};
+  }
+  if (action.contains("param")) {
+    std::string key = action.at("param").get<std::string>();
+    Variant value = action.contains("value") ? FromJson(action.at("value")) : Variant::Null();
+    if (value.IsEmpty()) value = Variant::Null();
+    session_->Parameters().WriteParameter(key, value);
+    return {{"param", key}, {"value", ToJson(value)}};
+  }
+  if (action.contains("query")) {
+    return {{"rows", Rows(session_->GetConnection()->OpenRecordset(action.at("query").get<std::string>(), {},
+                                                                   LockType::ReadOnly))}};
+  }
+  if (action.contains("state")) return {{"state", State()}};
+  Bad("azione sconosciuta: " + action.dump());
+}
+
+json Workspace::State() const {
+  const OpenForm& f = Current();
+  const Form& form = *f.item.GetForm();
+  json controls = json::array();
+  for (const auto& c : form.Controls()) controls.push_back(Describe(*c));
+  json state = {{"item", f.itemName}, {"form", form.Name()}, {"controls", controls}};
+  if (f.card) {
+    state["mode"] = f.card->Mode();
+    state["key"] = ToJson(f.card->KeyValue());
+  }
+  return state;
+}
+
+}  // namespace corvina20

@@ -1,0 +1,81 @@
+// One user's workspace: a session on the database, the module loaded through
+// IAppModule, and the forms the user opened. It carries out the user's actions
+// given as JSON objects (open an item, press a card button, type into a
+// control, edit a grid, choose a popup item, answer dialogs, read the state)
+// exactly as a person's actions would run, and reports every dialog and error
+// on the way. `corvina script` and the web host's API both drive it, so the two
+// cannot drift apart. Not for: transport (files, HTTP) or threads.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "corvina20/Error.h"
+#include "corvina20/Form.h"
+#include "items/ModuleLoader.h"
+#include "session/Dialog.h"
+#include "session/HostSession.h"
+
+namespace corvina20 {
+
+// Where the workspace reports dialogs and errors as they happen.
+using Emit = std::function<void(const nlohmann::ordered_json& line)>;
+
+// A dialog answered from a queue of planned answers, else a default answer;
+// every message shown is reported through the workspace's emitter.
+class QueuedDialog final : public Dialog {
+ public:
+  explicit QueuedDialog(int defaultAnswer) : defaultAnswer_(defaultAnswer) {}
+  void Queue(const std::vector<int>& answers);
+  void SetEmitter(Emit emit) { emit_ = std::move(emit); }
+  int Show(const MessageRequest& request) override;
+  std::optional<std::string> ChooseFolder(std::string_view title) override;
+
+ private:
+  std::deque<int> answers_;
+  int defaultAnswer_;
+  Emit emit_;
+};
+
+class Workspace {
+ public:
+  // Opens the module on `connection` with `dialog` for message display.
+  Workspace(ConnectionPtr connection, std::shared_ptr<Dialog> dialog);
+  ~Workspace();
+
+  // Carries out one action; dialogs and errors raised on the way go to `emit`
+  // before the action's own result, which is returned. Throws
+  // corvina20::Error for an action that cannot be carried out (unknown
+  // control, wrong card mode, malformed action…) after reporting nothing.
+  nlohmann::ordered_json Perform(const nlohmann::ordered_json& action, const Emit& emit);
+
+  // The current form's description and values (what {"state":true} prints).
+  nlohmann::ordered_json State() const;
+  HostSession& Session() { return *session_; }
+
+ private:
+  struct OpenForm;
+  OpenForm& Current() const;
+  nlohmann::ordered_json Open(const nlohmann::ordered_json& action);
+  nlohmann::ordered_json Press(const std::string& button);
+  nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
+
+  std::shared_ptr<HostSession> session_;
+  std::unique_ptr<LoadedModule> module_;
+  std::vector<std::unique_ptr<OpenForm>> forms_;
+};
+
+// JSON from a Variant (dates as "yyyy-mm-dd[ hh:mm:ss]", amounts as numbers)
+// and back (strings stay text: the control converts what is typed).
+nlohmann::ordered_json ToJson(const Variant& value);
+Variant FromJson(const nlohmann::ordered_json& value);
+
+// The error line {"error":{"number":…,"source":"…","description":"…"}}.
+nlohmann::ordered_json ErrorLine(const Error& error);
+
+}  // namespace corvina20
