@@ -46,6 +46,19 @@ ModuleHarness::ModuleHarness(bool demo)
   module.Init(app);
 }
 
+std::unique_ptr<OpenedItem> OpenItem(ModuleHarness& harness, const std::string& name,
+                                     const std::string& kind) {
+  auto item = OpenModuleItem(harness.module, kind, name, harness.db.connection);
+  if (item->GetForm() == nullptr) throw std::runtime_error("nessuna maschera per " + name);
+  return item;
+}
+
+long QueryLong(const ConnectionPtr& connection, const std::string& sql) {
+  auto rs = connection->OpenRecordset(sql);
+  if (rs->IsEOF() || rs->Fields(std::size_t{0}).Value().IsNull()) return 0;
+  return rs->Fields(std::size_t{0}).Value().ToLong();
+}
+
 int RunCommand(const std::string& command, std::string& output) {
   output.clear();
   FILE* pipe = popen(command.c_str(), "r");

@@ -4,10 +4,12 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "corvina20/Connection.h"
 #include "items/ModuleLoader.h"
+#include "items/OpenedItem.h"
 #include "session/Dialog.h"
 #include "session/HostSession.h"
 
@@ -45,6 +47,23 @@ struct ModuleHarness {
   LoadedModule loaded;
   IAppModule& module;
 };
+
+// A module item opened on the harness's session exactly as the host opens it
+// (the card started, the form loaded). Fails the test when no form comes.
+std::unique_ptr<OpenedItem> OpenItem(ModuleHarness& harness, const std::string& name,
+                                     const std::string& kind = "card");
+
+// The control `name` of the item's form as a `T`; fails the test when absent.
+template <class T>
+T& ControlOf(const OpenedItem& item, const std::string& name) {
+  Control* c = item.GetForm() ? item.GetForm()->FindControl(name) : nullptr;
+  T* typed = dynamic_cast<T*>(c);
+  if (typed == nullptr) throw std::runtime_error("controllo mancante o di altro tipo: " + name);
+  return *typed;
+}
+
+// The first column of the first row of a query, as a long (0 when no row).
+long QueryLong(const ConnectionPtr& connection, const std::string& sql);
 
 // Runs a shell command, returning its exit status and its standard output.
 int RunCommand(const std::string& command, std::string& output);

@@ -10,7 +10,7 @@
 #include "corvina20/Panels.h"
 #include "corvina20/VxBody.h"
 #include "corvina20/VxCode.h"
-#include "items/HostItem.h"
+#include "items/OpenedItem.h"
 
 namespace corvina20 {
 
@@ -170,13 +170,6 @@ std::optional<std::string> QueuedDialog::ChooseFolder(std::string_view title) {
 
 // ---- Workspace ---------------------------------------------------------------------
 
-struct Workspace::OpenForm {
-  std::string itemName;
-  std::string kind;
-  HostItem item;
-  Card* card = nullptr;
-};
-
 Workspace::Workspace(ConnectionPtr connection, std::shared_ptr<Dialog> dialog)
     : session_(std::make_shared<HostSession>(std::move(connection), std::move(dialog))),
       module_(std::make_unique<LoadedModule>(DefaultModulePath())) {
@@ -188,39 +181,25 @@ Workspace::~Workspace() {
   forms_.clear();  // the forms go before the module that made them
 }
 
-Workspace::OpenForm& Workspace::Current() const {
+OpenedItem& Workspace::Current() const {
   if (forms_.empty()) Bad("nessuna maschera aperta: usare prima \"open\"");
   return *forms_.back();
 }
 
 json Workspace::Open(const json& action) {
   std::string name = action.at("open").get<std::string>();
-  std::string kind = action.value("kind", "card");
-  auto open = std::make_unique<OpenForm>();
-  open->itemName = name;
-  open->kind = kind;
-  IAppModule& module = module_->Module();
-  if (kind == "card") module.CreateCardItem(name, open->item);
-  else if (kind == "report") module.CreateReportItem(name, open->item);
-  else if (kind == "activeform") module.CreateActiveFormItem(name, open->item);
-  else Bad("tipo di elemento sconosciuto: " + kind + " (card, report, activeform)");
-  const FormPtr& form = open->item.GetForm();
+  auto opened = OpenModuleItem(module_->Module(), action.value("kind", "card"), name,
+                               session_->GetConnection());
+  Form* form = opened->GetForm();
   json result = {{"opened", name}, {"form", form ? json(form->Name()) : json(nullptr)}};
-  if (!form) return result;  // the host tells the user plainly; nothing to show
-  for (const auto& c : form->Controls())
-    if (auto* card = dynamic_cast<Card*>(c.get())) {
-      open->card = card;
-      break;
-    }
-  if (open->card) open->card->Start(session_->GetConnection());
-  form->Load();
-  forms_.push_back(std::move(open));
+  // An item without a form is told to the user plainly; nothing to show.
+  if (form) forms_.push_back(std::move(opened));
   return result;
 }
 
 json Workspace::Press(const std::string& button) {
-  OpenForm& f = Current();
-  if (!f.card) Bad("la maschera " + f.item.GetForm()->Name() + " non ha una scheda");
+  OpenedItem& f = Current();
+  if (!f.card) Bad("la maschera " + f.GetForm()->Name() + " non ha una scheda");
   Card& card = *f.card;
   bool done;
   if (button == "new") done = card.New();
@@ -238,7 +217,7 @@ json Workspace::Press(const std::string& button) {
 
 json Workspace::Grid(const json& action) {
   std::string name = action.at("grid").get<std::string>();
-  auto* grid = Find<VxBody>(*Current().item.GetForm(), name);
+  auto* grid = Find<VxBody>(*Current().GetForm(), name);
   if (!grid) Bad("griglia sconosciuta: " + name);
   json result = {{"grid", name}};
   if (action.contains("add")) {
@@ -272,14 +251,14 @@ json Workspace::Perform(const json& action, const Emit& emit) {
   if (action.contains("open")) return Open(action);
   if (action.contains("press")) return Press(action.at("press").get<std::string>());
   if (action.contains("load")) {
-    OpenForm& f = Current();
+    OpenedItem& f = Current();
     if (!f.card) Bad("la maschera non ha una scheda");
     bool done = f.card->Load(FromJson(action.at("load")));
     return {{"loaded", action.at("load")}, {"done", done}, {"mode", f.card->Mode()}, {"key", ToJson(f.card->KeyValue())}};
   }
   if (action.contains("set")) {
     std::string name = action.at("set").get<std::string>();
-    Control* c = Current().item.GetForm()->FindControl(name);
+    Control* c = Current().GetForm()->FindControl(name);
     if (!c) Bad("controllo sconosciuto: " + name);
     if (!action.contains("value")) Bad("manca \"value\"");
     if (auto* code = dynamic_cast<VxCode*>(c)) code->Choose(session_->GetConnection(), FromJson(action.at("value")));
@@ -288,7 +267,7 @@ json Workspace::Perform(const json& action, const Emit& emit) {
   }
   if (action.contains("grid")) return Grid(action);
   if (action.contains("popup")) {
-    OpenForm& f = Current();
+    OpenedItem& f = Current();
     if (!f.card) Bad("la maschera non ha una scheda");
     std::string key = action.at("popup").get<std::string>();
     f.card->SelectPopupItem(key);
@@ -296,7 +275,7 @@ json Workspace::Perform(const json& action, const Emit& emit) {
   }
   if (action.contains("tool")) {
     std::string tool = action.at("tool").get<std::string>();
-    for (const auto& c : Current().item.GetForm()->Controls()) {
+    for (const auto& c : Current().GetForm()->Controls()) {
       if (auto* print = dynamic_cast<PrintOption*>(c.get())) {
         ReportRequest r = print->Run(tool);
         json report = nullptr;
@@ -334,11 +313,11 @@ json Workspace::Perform(const json& action, const Emit& emit) {
 }
 
 json Workspace::State() const {
-  const OpenForm& f = Current();
-  const Form& form = *f.item.GetForm();
+  const OpenedItem& f = Current();
+  const Form& form = *f.GetForm();
   json controls = json::array();
   for (const auto& c : form.Controls()) controls.push_back(Describe(*c));
-  json state = {{"item", f.itemName}, {"form", form.Name()}, {"controls", controls}};
+  json state = {{"item", f.name}, {"form", form.Name()}, {"controls", controls}};
   if (f.card) {
     state["mode"] = f.card->Mode();
     state["key"] = ToJson(f.card->KeyValue());

@@ -18,6 +18,7 @@
 #include "corvina20/Error.h"
 #include "corvina20/Form.h"
 #include "items/ModuleLoader.h"
+#include "items/OpenedItem.h"
 #include "session/Dialog.h"
 #include "session/HostSession.h"
 
@@ -59,15 +60,14 @@ class Workspace {
   HostSession& Session() { return *session_; }
 
  private:
-  struct OpenForm;
-  OpenForm& Current() const;
+  OpenedItem& Current() const;
   nlohmann::ordered_json Open(const nlohmann::ordered_json& action);
   nlohmann::ordered_json Press(const std::string& button);
   nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
 
   std::shared_ptr<HostSession> session_;
   std::unique_ptr<LoadedModule> module_;
-  std::vector<std::unique_ptr<OpenForm>> forms_;
+  std::vector<std::unique_ptr<OpenedItem>> forms_;
 };
 
 // JSON from a Variant (dates as "yyyy-mm-dd[ hh:mm:ss]", amounts as numbers)
