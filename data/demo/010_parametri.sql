@@ -31,3 +31,6 @@ INSERT INTO CORParametri (Chiave, Valore) VALUES ('VerificaParitaCitta', '0');
 -- The company (one row, IdParametri 0).
 INSERT INTO STDParametriAzienda (IdParametri, RagioneSociale, PartitaIva, CodiceFiscale, PersonaFisica, Sesso, DataNascita, LuogoNascita, ProvNascita, Indirizzo, Cap, Citta, Provincia, CodNazione, Telefono, Fax, E_Mail, E_mailPec, CodRegimeFiscale) VALUES (0, 'Ferramenta Brianza Forniture S.r.l.', '04827130156', '04827130156', 0, NULL, NULL, NULL, NULL, 'Via dell''Artigianato 14', '20861', 'Brugherio', 'MB', 'IT', '039 2871450', '039 2871451', 'amministrazione@ferramentabrianza.it', 'ferramentabrianza@pec.it', 'RF01');
 INSERT INTO STDParametriAziendaExt (IdParametri, Cognome, Nome, CodiceAteco) VALUES (0, NULL, NULL, '46.74.10');
+
+-- Marks a demonstration database: the web host then offers the demo user.
+INSERT INTO CORParametri (Chiave, Valore) VALUES ('DatiDimostrativi', '1');

@@ -14,5 +14,7 @@ void AddInitCommand(CLI::App& app);
 void AddItemsCommand(CLI::App& app);
 void AddParamsCommand(CLI::App& app);
 void AddScriptCommand(CLI::App& app);
+void AddServeCommand(CLI::App& app);
+void AddUsersCommand(CLI::App& app);
 
 }  // namespace corvina20::app

@@ -13,6 +13,8 @@ int main(int argc, char** argv) {
   corvina20::app::AddItemsCommand(app);
   corvina20::app::AddParamsCommand(app);
   corvina20::app::AddScriptCommand(app);
+  corvina20::app::AddServeCommand(app);
+  corvina20::app::AddUsersCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {

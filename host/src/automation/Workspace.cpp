@@ -182,8 +182,9 @@ Workspace::~Workspace() {
 }
 
 OpenedItem& Workspace::Current() const {
-  if (forms_.empty()) Bad("nessuna maschera aperta: usare prima \"open\"");
-  return *forms_.back();
+  auto it = forms_.find(selected_);
+  if (it == forms_.end()) Bad("nessuna maschera aperta: usare prima \"open\"");
+  return *it->second;
 }
 
 json Workspace::Open(const json& action) {
@@ -193,7 +194,10 @@ json Workspace::Open(const json& action) {
   Form* form = opened->GetForm();
   json result = {{"opened", name}, {"form", form ? json(form->Name()) : json(nullptr)}};
   // An item without a form is told to the user plainly; nothing to show.
-  if (form) forms_.push_back(std::move(opened));
+  if (form) {
+    lastId_ = nextId_++;
+    forms_[lastId_] = std::move(opened);
+  }
   return result;
 }
 
@@ -248,7 +252,33 @@ json Workspace::Grid(const json& action) {
 json Workspace::Perform(const json& action, const Emit& emit) {
   if (!action.is_object()) Bad("ogni riga deve essere un oggetto JSON");
   if (auto* queued = dynamic_cast<QueuedDialog*>(&session_->GetDialog())) queued->SetEmitter(emit);
+  selected_ = lastId_;
+  if (action.contains("formId")) {
+    selected_ = action.at("formId").get<int>();
+    if (!forms_.count(selected_)) Bad("maschera non aperta: " + std::to_string(selected_));
+  }
   if (action.contains("open")) return Open(action);
+  if (action.contains("close")) {
+    OpenedItem& f = Current();
+    if (f.card && f.card->Mode() != kModeBrowse) f.card->Cancel();
+    forms_.erase(selected_);
+    if (lastId_ == selected_) lastId_ = forms_.empty() ? 0 : forms_.rbegin()->first;
+    return {{"closed", selected_}};
+  }
+  if (action.contains("find")) {
+    OpenedItem& f = Current();
+    if (!f.card) Bad("la maschera non ha una scheda");
+    json found = json::array();
+    for (const auto& r : f.card->Find(action.at("find").get<std::string>()))
+      found.push_back({{"key", ToJson(r.key)}, {"display", r.display}});
+    return {{"found", found}};
+  }
+  if (action.contains("lookup")) {
+    std::string name = action.at("lookup").get<std::string>();
+    auto* code = Find<VxCode>(*Current().GetForm(), name);
+    if (!code) Bad("ricerca sconosciuta: " + name);
+    return {{"lookup", name}, {"rows", Rows(code->Search(session_->GetConnection(), action.value("search", "")))}};
+  }
   if (action.contains("press")) return Press(action.at("press").get<std::string>());
   if (action.contains("load")) {
     OpenedItem& f = Current();
@@ -312,12 +342,17 @@ json Workspace::Perform(const json& action, const Emit& emit) {
   Bad("azione sconosciuta: " + action.dump());
 }
 
+void Workspace::CancelEdits() {
+  for (auto& [id, f] : forms_)
+    if (f->card && f->card->Mode() != kModeBrowse) f->card->Cancel();
+}
+
 json Workspace::State() const {
   const OpenedItem& f = Current();
   const Form& form = *f.GetForm();
   json controls = json::array();
   for (const auto& c : form.Controls()) controls.push_back(Describe(*c));
-  json state = {{"item", f.name}, {"form", form.Name()}, {"controls", controls}};
+  json state = {{"formId", selected_}, {"item", f.name}, {"kind", f.kind}, {"form", form.Name()}, {"controls", controls}};
   if (f.card) {
     state["mode"] = f.card->Mode();
     state["key"] = ToJson(f.card->KeyValue());

@@ -9,6 +9,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -55,19 +56,30 @@ class Workspace {
   // control, wrong card mode, malformed action…) after reporting nothing.
   nlohmann::ordered_json Perform(const nlohmann::ordered_json& action, const Emit& emit);
 
+  // Cancels every open card that is in new or edit mode (a session that
+  // ends keeps nothing half-typed).
+  void CancelEdits();
+
   // The current form's description and values (what {"state":true} prints).
   nlohmann::ordered_json State() const;
   HostSession& Session() { return *session_; }
+  // The id of the form opened last (0 when none); actions name a form with
+  // "formId", else they go to the form opened last.
+  int LastFormId() const { return lastId_; }
 
  private:
   OpenedItem& Current() const;
+  OpenedItem& Select(const nlohmann::ordered_json& action);
   nlohmann::ordered_json Open(const nlohmann::ordered_json& action);
   nlohmann::ordered_json Press(const std::string& button);
   nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
 
   std::shared_ptr<HostSession> session_;
   std::unique_ptr<LoadedModule> module_;
-  std::vector<std::unique_ptr<OpenedItem>> forms_;
+  std::map<int, std::unique_ptr<OpenedItem>> forms_;
+  int lastId_ = 0;     // the form opened last
+  int nextId_ = 1;
+  int selected_ = 0;   // the form the action in progress works on
 };
 
 // JSON from a Variant (dates as "yyyy-mm-dd[ hh:mm:ss]", amounts as numbers)

@@ -1,0 +1,127 @@
+// `corvina serve` (the web host) and `corvina users` (its accounts).
+#include <signal.h>
+
+#include <filesystem>
+#include <iostream>
+#include <thread>
+
+#include "app/Commands.h"
+#include "corvina20/HostParameters.h"
+#include "data/Database.h"
+#include "session/HostSession.h"
+#include "web/Users.h"
+#include "web/WebHost.h"
+
+namespace corvina20::app {
+namespace {
+
+constexpr const char* kDemoUser = "demo";
+constexpr const char* kDemoPassword = "demo";
+
+// The address "host:port" given to --listen.
+void SplitListen(const std::string& listen, std::string& host, int& port) {
+  auto colon = listen.rfind(':');
+  if (colon == std::string::npos) throw CLI::ValidationError("--listen", "serve host:porta, per esempio 127.0.0.1:8080");
+  host = listen.substr(0, colon);
+  port = std::stoi(listen.substr(colon + 1));
+}
+
+}  // namespace
+
+void AddServeCommand(CLI::App& app) {
+  auto* cmd = app.add_subcommand("serve", "Avvia il server web sul database");
+  auto db = std::make_shared<std::string>(DefaultDatabase());
+  auto listen = std::make_shared<std::string>("127.0.0.1:8080");
+  auto timeout = std::make_shared<int>(1800);
+  cmd->add_option("--db", *db, "File del database (creato con i dati dimostrativi se manca)");
+  cmd->add_option("--listen", *listen, "Indirizzo e porta (solo loopback se non indicato)");
+  cmd->add_option("--session-timeout", *timeout, "Secondi di inattività dopo cui una sessione scade");
+  cmd->callback([db, listen, timeout] {
+    web::WebOptions options;
+    options.database = *db;
+    options.sessionTimeoutSeconds = *timeout;
+    SplitListen(*listen, options.host, options.port);
+    std::filesystem::path p(*db);
+    bool fresh = !std::filesystem::exists(p);
+    if (p.has_parent_path()) std::filesystem::create_directories(p.parent_path());
+    {
+      auto connection = OpenDatabase(*db);
+      InitDatabase(*connection, fresh);
+      web::Users users(connection);
+      bool demo = HostParameters(connection, Today()).ReadFlagParameter("DatiDimostrativi");
+      if (users.Empty()) {
+        if (!demo) {
+          std::cerr << "corvina: nessun utente; crearne uno con: corvina users add --db " << *db << " NOME\n";
+          std::exit(2);
+        }
+        users.Add(kDemoUser, kDemoPassword);
+      }
+      if (demo) std::cout << "Utente dimostrativo: " << kDemoUser << " / password " << kDemoPassword << "\n";
+    }
+    // Signals end the server from a thread of their own.
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    web::WebHost host(options);
+    std::thread waiter([&] {
+      int sig = 0;
+      sigwait(&set, &sig);
+      host.Stop();
+    });
+    std::cout << "Corvina in ascolto su http://" << options.host << ":" << options.port << "/ (database "
+              << *db << ")\n" << std::flush;
+    bool ok = host.Run();
+    if (!ok) {
+      std::cerr << "corvina: impossibile ascoltare su " << *listen << "\n";
+      pthread_kill(waiter.native_handle(), SIGTERM);
+    }
+    waiter.join();
+    if (!ok) std::exit(1);
+  });
+}
+
+void AddUsersCommand(CLI::App& app) {
+  auto* cmd = app.add_subcommand("users", "Gestisce gli utenti del server web");
+  cmd->require_subcommand(1);
+  auto db = std::make_shared<std::string>(DefaultDatabase());
+  auto name = std::make_shared<std::string>();
+  auto password = std::make_shared<std::string>();
+  auto readPassword = [password] {
+    if (!password->empty()) return;
+    std::cerr << "Password: ";
+    std::getline(std::cin, *password);
+  };
+  auto* add = cmd->add_subcommand("add", "Aggiunge un utente");
+  add->add_option("--db", *db, "File del database");
+  add->add_option("NAME", *name, "Nome utente")->required();
+  add->add_option("--password", *password, "Password (altrimenti letta dallo standard input)");
+  add->callback([db, name, password, readPassword] {
+    readPassword();
+    auto connection = OpenDatabase(*db);
+    InitDatabase(*connection, false);
+    web::Users(connection).Add(*name, *password);
+    std::cout << "Utente " << *name << " aggiunto\n";
+  });
+  auto* passwd = cmd->add_subcommand("passwd", "Cambia la password di un utente");
+  passwd->add_option("--db", *db, "File del database");
+  passwd->add_option("NAME", *name, "Nome utente")->required();
+  passwd->add_option("--password", *password, "Password (altrimenti letta dallo standard input)");
+  passwd->callback([db, name, password, readPassword] {
+    readPassword();
+    auto connection = OpenDatabase(*db);
+    web::Users(connection).SetPassword(*name, *password);
+    std::cout << "Password di " << *name << " cambiata\n";
+  });
+  auto* list = cmd->add_subcommand("list", "Elenca gli utenti");
+  list->add_option("--db", *db, "File del database");
+  list->callback([db] {
+    auto connection = OpenDatabase(*db);
+    InitDatabase(*connection, false);
+    for (const auto& u : web::Users(connection).List())
+      std::cout << u.name << (u.active ? "" : " (disattivato)") << "\n";
+  });
+}
+
+}  // namespace corvina20::app

@@ -1,0 +1,122 @@
+// cpp-httplib under the web host's own types: route matching with {params},
+// static files, security headers and the single error boundary.
+#include "web/Http.h"
+
+#include <httplib.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "core/Text.h"
+
+namespace corvina20::web {
+namespace {
+
+// Matches "/api/forms/{id}" against a path, filling the named parameters.
+bool Match(const std::string& pattern, const std::string& path, std::map<std::string, std::string>& params) {
+  std::vector<std::string> a, b;
+  auto split = [](const std::string& s, std::vector<std::string>& out) {
+    std::stringstream in(s);
+    std::string part;
+    while (std::getline(in, part, '/'))
+      if (!part.empty()) out.push_back(part);
+  };
+  split(pattern, a);
+  split(path, b);
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i].size() > 2 && a[i].front() == '{' && a[i].back() == '}') params[a[i].substr(1, a[i].size() - 2)] = b[i];
+    else if (a[i] != b[i]) return false;
+  }
+  return true;
+}
+
+void Secure(httplib::Response& res) {
+  res.set_header("X-Content-Type-Options", "nosniff");
+  res.set_header("X-Frame-Options", "DENY");
+  res.set_header("Referrer-Policy", "no-referrer");
+  res.set_header("Content-Security-Policy",
+                 "default-src 'self'; img-src 'self' data:; style-src 'self'; script-src 'self'");
+}
+
+}  // namespace
+
+std::string Request::Cookie(const std::string& name) const {
+  std::string all = Header("cookie");
+  std::stringstream in(all);
+  std::string part;
+  while (std::getline(in, part, ';')) {
+    std::string_view p = text::Trim(part);
+    if (p.substr(0, name.size() + 1) == name + "=") return std::string(p.substr(name.size() + 1));
+  }
+  return "";
+}
+
+std::string Request::Header(const std::string& lowerName) const {
+  auto it = headers.find(lowerName);
+  return it == headers.end() ? "" : it->second;
+}
+
+struct HttpServer::Impl {
+  httplib::Server server;
+  std::vector<Route> routes;
+};
+
+HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_(new Impl) {
+  impl_->routes = std::move(routes);
+  impl_->server.set_mount_point("/", staticDir);
+  impl_->server.set_payload_max_length(1 << 20);
+  auto dispatch = [this](const httplib::Request& hreq, httplib::Response& hres) {
+    Request req;
+    req.method = hreq.method;
+    req.path = hreq.path;
+    req.body = hreq.body;
+    req.remoteAddress = hreq.remote_addr;
+    for (const auto& [k, v] : hreq.headers) req.headers[text::Lower(k)] = v;
+    for (const auto& [k, v] : hreq.params) req.params[k] = v;
+    Response res;
+    bool found = false;
+    for (const Route& route : impl_->routes) {
+      std::map<std::string, std::string> params;
+      if (route.method != req.method || !Match(route.pattern, req.path, params)) continue;
+      for (auto& [k, v] : params) req.params[k] = v;
+      found = true;
+      try {
+        res = route.handler(req);
+      } catch (const std::exception& e) {
+        res.status = 500;
+        res.body = nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", e.what()}}}}.dump();
+      }
+      break;
+    }
+    if (!found) {
+      res.status = 404;
+      res.body = nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", "Risorsa inesistente: " + req.path}}}}.dump();
+    }
+    hres.status = res.status;
+    for (const auto& [k, v] : res.headers) hres.set_header(k, v);
+    hres.set_header("Cache-Control", "no-store");
+    Secure(hres);
+    hres.set_content(res.body, res.contentType);
+  };
+  for (const char* method : {"GET", "POST", "DELETE"}) {
+    std::string m = method;
+    auto handler = [dispatch](const httplib::Request& a, httplib::Response& b) { dispatch(a, b); };
+    if (m == "GET") impl_->server.Get(R"(/api/.*)", handler);
+    else if (m == "POST") impl_->server.Post(R"(/api/.*)", handler);
+    else impl_->server.Delete(R"(/api/.*)", handler);
+  }
+  impl_->server.set_post_routing_handler([](const httplib::Request&, httplib::Response& res) { Secure(res); });
+}
+
+HttpServer::~HttpServer() { delete impl_; }
+
+bool HttpServer::Listen(const std::string& host, int port) { return impl_->server.listen(host, port); }
+
+int HttpServer::BindAnyPort(const std::string& host) { return impl_->server.bind_to_any_port(host); }
+
+void HttpServer::ServeBound() { impl_->server.listen_after_bind(); }
+
+void HttpServer::Stop() { impl_->server.stop(); }
+
+}  // namespace corvina20::web

@@ -1,0 +1,222 @@
+// The UI thread of a browser session and the dialog that parks it.
+#include "web/UiSession.h"
+
+#include <future>
+
+#include "automation/Workspace.h"
+#include "corvina20/Card.h"
+#include "corvina20/Error.h"
+#include "data/Database.h"
+#include "session/Dialog.h"
+
+namespace corvina20::web {
+
+using json = nlohmann::ordered_json;
+
+namespace {
+constexpr std::int32_t kErrSessionClosed = 1001;
+}
+
+struct UiSession::Impl {
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<std::function<void()>> tasks;
+  bool stopping = false;
+  bool aborting = false;  // the session is closing: dialogs no longer wait
+  // The request in progress: whoever waits for it reads these.
+  bool busy = false;
+  Outcome current;
+  std::optional<json> pending;  // the dialog parked on, with its request
+  std::optional<int> answer;
+  std::chrono::steady_clock::time_point lastUse = std::chrono::steady_clock::now();
+  std::unique_ptr<Workspace> workspace;
+  std::thread thread;
+
+  void Run() {
+    for (;;) {
+      std::function<void()> task;
+      {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return stopping || !tasks.empty(); });
+        if (tasks.empty()) return;
+        task = std::move(tasks.front());
+        tasks.pop_front();
+      }
+      task();
+    }
+  }
+
+  // Called on the UI thread by the module's message display.
+  int Park(const MessageRequest& request) {
+    std::unique_lock lock(mutex);
+    if (request.error) {
+      current.events.push_back(ErrorLine(Error(request.error->number, request.error->source,
+                                               request.error->description)));
+      return kAnswerOk;
+    }
+    json dialog = {{"number", request.number ? json(*request.number) : json(nullptr)},
+                   {"text", request.text},
+                   {"style", request.style}};
+    if (aborting) throw Error(kErrSessionClosed, "Corvina20.Web", "Sessione chiusa: messaggio non mostrato");
+    pending = dialog;
+    answer.reset();
+    changed.notify_all();
+    changed.wait(lock, [&] { return answer.has_value() || aborting; });
+    pending.reset();
+    if (!answer) throw Error(kErrSessionClosed, "Corvina20.Web", "Sessione chiusa in attesa di una risposta");
+    int given = *answer;
+    answer.reset();
+    current.events.push_back({{"dialog", dialog}, {"answer", given}});
+    return given;
+  }
+
+  // Waits (lock held) until the request is over or parked; takes its outcome.
+  Outcome Wait(std::unique_lock<std::mutex>& lock) {
+    changed.wait(lock, [&] { return !busy || pending.has_value(); });
+    Outcome out = current;
+    if (pending) {
+      out.dialog = *pending;
+    }
+    if (!busy) current = Outcome();
+    else current.events = json::array();  // reported once
+    return out;
+  }
+};
+
+namespace {
+
+// Message display handed to the module: parks the UI thread (see Impl::Park).
+class ParkingDialog final : public Dialog {
+ public:
+  explicit ParkingDialog(std::function<int(const MessageRequest&)> park) : park_(std::move(park)) {}
+  int Show(const MessageRequest& request) override { return park_(request); }
+  // The browser has no folder picker: choosing a folder is cancelled.
+  std::optional<std::string> ChooseFolder(std::string_view) override { return std::nullopt; }
+
+ private:
+  std::function<int(const MessageRequest&)> park_;
+};
+
+}  // namespace
+
+UiSession::UiSession(std::string user, const std::string& database)
+    : impl_(std::make_unique<Impl>()), user_(std::move(user)) {
+  Impl* self = impl_.get();
+  // The workspace is made on the UI thread: everything the module touches
+  // stays on that thread.
+  std::promise<void> ready;
+  auto started = ready.get_future();
+  impl_->thread = std::thread([self, database, &ready] {
+    try {
+      auto connection = OpenDatabase(database);
+      auto dialog = std::make_shared<ParkingDialog>([self](const MessageRequest& r) { return self->Park(r); });
+      self->workspace = std::make_unique<Workspace>(connection, dialog);
+      ready.set_value();
+    } catch (...) {
+      ready.set_exception(std::current_exception());
+      return;
+    }
+    self->Run();
+    self->workspace.reset();
+  });
+  try {
+    started.get();
+  } catch (...) {
+    impl_->thread.join();
+    throw;
+  }
+}
+
+UiSession::~UiSession() { Close(); }
+
+Outcome UiSession::Submit(const json& action) {
+  std::unique_lock lock(impl_->mutex);
+  impl_->lastUse = std::chrono::steady_clock::now();
+  Outcome refused;
+  if (impl_->stopping) {
+    refused.error = json{{"number", kErrSessionClosed}, {"source", "Corvina20.Web"}, {"description", "Sessione chiusa"}};
+    return refused;
+  }
+  if (impl_->busy) {
+    refused.error = json{{"number", kErrHost},
+                         {"source", "Corvina20.Web"},
+                         {"description", "Un messaggio attende risposta: rispondere prima di continuare"}};
+    refused.dialog = impl_->pending;
+    return refused;
+  }
+  impl_->busy = true;
+  impl_->current = Outcome();
+  Impl* self = impl_.get();
+  impl_->tasks.push_back([self, action] {
+    json result;
+    std::optional<json> error;
+    try {
+      result = self->workspace->Perform(action, [self](const json& line) {
+        // Lines the workspace emits itself (not through the dialog).
+        std::lock_guard guard(self->mutex);
+        self->current.events.push_back(line);
+      });
+    } catch (const Error& e) {
+      error = ErrorLine(e)["error"];
+    } catch (const std::exception& e) {
+      error = json{{"number", kErrHost}, {"source", "Corvina20.Web"}, {"description", e.what()}};
+    }
+    std::lock_guard guard(self->mutex);
+    if (error) self->current.error = error;
+    else self->current.result = result;
+    self->busy = false;
+    self->changed.notify_all();
+  });
+  impl_->changed.notify_all();
+  return impl_->Wait(lock);
+}
+
+Outcome UiSession::Answer(int button) {
+  std::unique_lock lock(impl_->mutex);
+  impl_->lastUse = std::chrono::steady_clock::now();
+  if (!impl_->pending) {
+    Outcome refused;
+    refused.error = json{{"number", kErrHost}, {"source", "Corvina20.Web"}, {"description", "Nessun messaggio in attesa di risposta"}};
+    return refused;
+  }
+  impl_->answer = button;
+  impl_->pending.reset();
+  impl_->changed.notify_all();
+  return impl_->Wait(lock);
+}
+
+std::optional<json> UiSession::PendingDialog() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->pending;
+}
+
+std::chrono::steady_clock::time_point UiSession::LastUse() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->lastUse;
+}
+
+void UiSession::Close() {
+  {
+    std::lock_guard lock(impl_->mutex);
+    if (impl_->stopping) {
+      // fall through to join below
+    } else {
+      impl_->aborting = true;
+      Impl* self = impl_.get();
+      // After whatever runs now has unwound: cancel every card still in new
+      // or edit mode, so nothing typed is written by anyone later.
+      impl_->tasks.push_back([self] {
+        try {
+          self->workspace->CancelEdits();
+        } catch (...) {
+          // Closing: a card that cannot cancel has nothing of ours to write.
+        }
+      });
+      impl_->stopping = true;
+      impl_->changed.notify_all();
+    }
+  }
+  if (impl_->thread.joinable()) impl_->thread.join();
+}
+
+}  // namespace corvina20::web

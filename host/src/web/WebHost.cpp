@@ -1,0 +1,320 @@
+// The web host's sessions and its API handlers (named verb_resource).
+#include "web/WebHost.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
+#include <nlohmann/json.hpp>
+
+#include "corvina20/Error.h"
+#include "data/Database.h"
+#include "items/ItemCatalogue.h"
+#include "web/UiSession.h"
+#include "web/Users.h"
+
+namespace corvina20::web {
+
+using json = nlohmann::ordered_json;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+constexpr const char* kCookie = "corvina_session";
+
+Response Json(int status, const json& body) {
+  Response r;
+  r.status = status;
+  r.body = body.dump();
+  return r;
+}
+
+Response Fail(int status, const std::string& description) {
+  return Json(status, {{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", description}}}});
+}
+
+// The outcome of an action as the browser reads it, with the form's state
+// when the action is over.
+json Body(const Outcome& o) {
+  json body = {{"events", o.events}};
+  body["result"] = o.result ? *o.result : json(nullptr);
+  body["dialog"] = o.dialog ? *o.dialog : json(nullptr);
+  body["error"] = o.error ? *o.error : json(nullptr);
+  return body;
+}
+
+}  // namespace
+
+std::string DefaultWebDirectory() {
+  if (const char* dir = std::getenv("CORVINA_WEB_DIR"); dir != nullptr && *dir != '\0') return dir;
+  return CORVINA_DEFAULT_WEB_DIR;
+}
+
+struct WebHost::Impl {
+  struct Entry {
+    std::shared_ptr<UiSession> ui;
+    std::string csrf;
+  };
+
+  WebOptions options;
+  std::mutex mutex;                       // sessions and login attempts
+  std::map<std::string, Entry> sessions;  // by session token
+  std::map<std::string, std::deque<Clock::time_point>> failures;  // by remote address
+  std::mutex usersMutex;                  // the users' connection
+  ConnectionPtr usersConnection;
+  std::unique_ptr<HttpServer> server;
+  std::thread serving;
+  std::thread sweeper;
+  std::atomic<bool> stopping{false};
+
+  // The session a request belongs to, or none.
+  std::optional<Entry> Find(const Request& req) {
+    std::string token = req.Cookie(kCookie);
+    if (token.empty()) return std::nullopt;
+    std::lock_guard lock(mutex);
+    auto it = sessions.find(token);
+    if (it == sessions.end()) return std::nullopt;
+    return it->second;
+  }
+
+  // Wraps a handler: no valid session → 401 before anything else; a
+  // state-changing request without the session's CSRF token → 403.
+  Handler Authed(bool changesState, std::function<Response(const Request&, Entry&)> body) {
+    return [this, changesState, body](const Request& req) {
+      std::optional<Entry> entry = Find(req);
+      if (!entry) return Fail(401, "Sessione assente o scaduta: accedere di nuovo");
+      if (changesState && req.Header("x-csrf-token") != entry->csrf)
+        return Fail(403, "Token CSRF mancante o errato");
+      return body(req, *entry);
+    };
+  }
+
+  bool RateLimited(const std::string& address) {
+    std::lock_guard lock(mutex);
+    auto& list = failures[address];
+    auto cutoff = Clock::now() - std::chrono::minutes(1);
+    while (!list.empty() && list.front() < cutoff) list.pop_front();
+    return static_cast<int>(list.size()) >= options.loginAttemptsPerMinute;
+  }
+
+  void NoteFailure(const std::string& address) {
+    std::lock_guard lock(mutex);
+    failures[address].push_back(Clock::now());
+  }
+
+  Response post_login(const Request& req) {
+    if (RateLimited(req.remoteAddress)) return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto");
+    json body = json::parse(req.body, nullptr, false);
+    if (!body.is_object()) return Fail(400, "Servono utente e password");
+    std::string user = body.value("user", ""), password = body.value("password", "");
+    std::string name;
+    {
+      std::lock_guard lock(usersMutex);
+      name = Users(usersConnection).Verify(user, password);
+    }
+    if (name.empty()) {
+      NoteFailure(req.remoteAddress);
+      return Fail(401, "Utente o password errati");
+    }
+    auto ui = std::make_shared<UiSession>(name, options.database);
+    std::string token = RandomToken(), csrf = RandomToken();
+    {
+      std::lock_guard lock(mutex);
+      sessions[token] = {ui, csrf};
+    }
+    Response r = Json(200, {{"user", name}, {"csrf", csrf}});
+    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=" + token + "; HttpOnly; SameSite=Strict; Path=/"});
+    return r;
+  }
+
+  Response post_logout(const Request& req, Entry& entry) {
+    std::shared_ptr<UiSession> ui = entry.ui;
+    {
+      std::lock_guard lock(mutex);
+      sessions.erase(req.Cookie(kCookie));
+    }
+    ui->Close();
+    Response r = Json(200, {{"loggedOut", true}});
+    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=; HttpOnly; SameSite=Strict; Path=/; Max-Age=0"});
+    return r;
+  }
+
+  Response get_me(const Request&, Entry& entry) {
+    json pending = nullptr;
+    if (auto d = entry.ui->PendingDialog()) pending = *d;
+    return Json(200, {{"user", entry.ui->User()}, {"csrf", entry.csrf}, {"dialog", pending}});
+  }
+
+  Response get_items(const Request&, Entry&) {
+    static const std::pair<const char*, const char*> kinds[] = {
+        {"card", "Schede"}, {"report", "Stampe"}, {"activeform", "Maschere attive"}};
+    std::vector<CatalogueItem> catalogue = ReadItemCatalogue();
+    json groups = json::array();
+    for (auto [kind, caption] : kinds) {
+      json items = json::array();
+      for (const auto& item : catalogue)
+        if (item.kind == kind) items.push_back({{"name", item.name}, {"caption", item.caption}});
+      groups.push_back({{"kind", kind}, {"caption", caption}, {"items", items}});
+    }
+    return Json(200, {{"groups", groups}});
+  }
+
+  // Runs an action and, when it is over, reads the form's state too.
+  Response Act(UiSession& ui, json action, std::optional<int> formId) {
+    if (formId) action["formId"] = *formId;
+    Outcome o = ui.Submit(action);
+    return Finish(ui, o, formId);
+  }
+
+  Response Finish(UiSession& ui, const Outcome& o, std::optional<int> formId) {
+    json body = Body(o);
+    if (!o.dialog) {
+      json stateAction = {{"state", true}};
+      if (formId) stateAction["formId"] = *formId;
+      Outcome s = ui.Submit(stateAction);
+      if (s.result) body["state"] = (*s.result)["state"];
+      else body["state"] = nullptr;
+    }
+    return Json(200, body);
+  }
+
+  Response post_forms(const Request& req, Entry& entry) {
+    json action = json::parse(req.body, nullptr, false);
+    if (!action.is_object() || !action.contains("open")) return Fail(400, "Serve {\"open\":\"NomeElemento\",\"kind\":\"card\"}");
+    Outcome o = entry.ui->Submit(action);
+    if (o.result && (*o.result)["form"].is_null()) {
+      json body = Body(o);
+      body["state"] = nullptr;
+      return Json(200, body);  // the item is not installed: told plainly, nothing opened
+    }
+    return Finish(*entry.ui, o, std::nullopt);
+  }
+
+  std::optional<int> FormId(const Request& req) {
+    auto it = req.params.find("id");
+    if (it == req.params.end()) return std::nullopt;
+    try {
+      return std::stoi(it->second);
+    } catch (...) {
+      return std::nullopt;
+    }
+  }
+
+  Response get_form(const Request& req, Entry& entry) {
+    auto id = FormId(req);
+    if (!id) return Fail(400, "Maschera non valida");
+    Outcome o = entry.ui->Submit({{"formId", *id}, {"state", true}});
+    if (o.error) return Json(404, {{"error", *o.error}});
+    return Json(200, {{"state", (*o.result)["state"]}, {"dialog", o.dialog ? *o.dialog : json(nullptr)}});
+  }
+
+  Response post_action(const Request& req, Entry& entry) {
+    auto id = FormId(req);
+    json action = json::parse(req.body, nullptr, false);
+    if (!id || !action.is_object()) return Fail(400, "Serve un'azione JSON su una maschera aperta");
+    for (const char* refused : {"open", "answers", "param", "query"})
+      if (action.contains(refused)) return Fail(400, std::string("Azione non ammessa qui: ") + refused);
+    return Act(*entry.ui, action, id);
+  }
+
+  Response delete_form(const Request& req, Entry& entry) {
+    auto id = FormId(req);
+    if (!id) return Fail(400, "Maschera non valida");
+    Outcome o = entry.ui->Submit({{"formId", *id}, {"close", true}});
+    return Json(o.error ? 404 : 200, Body(o));
+  }
+
+  Response post_dialog(const Request& req, Entry& entry) {
+    json body = json::parse(req.body, nullptr, false);
+    if (!body.is_object() || !body.contains("answer") || !body["answer"].is_number_integer())
+      return Fail(400, "Serve {\"answer\":6}");
+    std::optional<int> formId;
+    if (body.contains("formId") && body["formId"].is_number_integer()) formId = body["formId"].get<int>();
+    Outcome o = entry.ui->Answer(body["answer"].get<int>());
+    return Finish(*entry.ui, o, formId);
+  }
+
+  void Sweep() {
+    while (!stopping) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(250));
+      std::vector<std::shared_ptr<UiSession>> expired;
+      {
+        std::lock_guard lock(mutex);
+        auto limit = Clock::now() - std::chrono::seconds(options.sessionTimeoutSeconds);
+        for (auto it = sessions.begin(); it != sessions.end();) {
+          if (it->second.ui->LastUse() < limit) {
+            expired.push_back(it->second.ui);
+            it = sessions.erase(it);
+          } else {
+            ++it;
+          }
+        }
+      }
+      for (auto& ui : expired) ui->Close();  // aborts a parked dialog, cancels edits
+    }
+  }
+};
+
+WebHost::WebHost(WebOptions options) : impl_(std::make_unique<Impl>()) {
+  impl_->options = std::move(options);
+  if (impl_->options.staticDir.empty()) impl_->options.staticDir = DefaultWebDirectory();
+  impl_->usersConnection = OpenDatabase(impl_->options.database);
+  impl_->server = std::make_unique<HttpServer>(Routes(), impl_->options.staticDir);
+}
+
+WebHost::~WebHost() { Stop(); }
+
+std::vector<Route> WebHost::Routes() {
+  Impl* m = impl_.get();
+  auto bind = [m](Response (Impl::*f)(const Request&, Impl::Entry&)) {
+    return [m, f](const Request& r, Impl::Entry& e) { return (m->*f)(r, e); };
+  };
+  return {
+      {"POST", "/api/login", [m](const Request& r) { return m->post_login(r); }},
+      {"POST", "/api/logout", m->Authed(true, bind(&Impl::post_logout))},
+      {"GET", "/api/me", m->Authed(false, bind(&Impl::get_me))},
+      {"GET", "/api/items", m->Authed(false, bind(&Impl::get_items))},
+      {"POST", "/api/forms", m->Authed(true, bind(&Impl::post_forms))},
+      {"GET", "/api/forms/{id}", m->Authed(false, bind(&Impl::get_form))},
+      {"POST", "/api/forms/{id}/actions", m->Authed(true, bind(&Impl::post_action))},
+      {"DELETE", "/api/forms/{id}", m->Authed(true, bind(&Impl::delete_form))},
+      {"POST", "/api/dialog", m->Authed(true, bind(&Impl::post_dialog))},
+  };
+}
+
+bool WebHost::Run() {
+  impl_->sweeper = std::thread([m = impl_.get()] { m->Sweep(); });
+  return impl_->server->Listen(impl_->options.host, impl_->options.port);
+}
+
+int WebHost::Start() {
+  int port = impl_->server->BindAnyPort(impl_->options.host);
+  if (port < 0) return -1;
+  impl_->sweeper = std::thread([m = impl_.get()] { m->Sweep(); });
+  impl_->serving = std::thread([m = impl_.get()] { m->server->ServeBound(); });
+  return port;
+}
+
+void WebHost::Stop() {
+  if (impl_->stopping.exchange(true)) return;
+  impl_->server->Stop();
+  if (impl_->serving.joinable()) impl_->serving.join();
+  if (impl_->sweeper.joinable()) impl_->sweeper.join();
+  std::map<std::string, Impl::Entry> sessions;
+  {
+    std::lock_guard lock(impl_->mutex);
+    sessions.swap(impl_->sessions);
+  }
+  for (auto& [token, entry] : sessions) entry.ui->Close();
+}
+
+std::size_t WebHost::SessionCount() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->sessions.size();
+}
+
+}  // namespace corvina20::web

@@ -1,0 +1,50 @@
+// The web host: users log in, each browser session gets its own UI thread
+// (UiSession) on its own database connection, and the JSON API under /api/
+// carries the same actions as `corvina script` to it. Sessions are a cookie
+// (HttpOnly, SameSite=Strict) plus a CSRF token that every state-changing
+// request repeats in the X-CSRF-Token header; idle sessions expire and their
+// open card edits are cancelled. Every route under /api/ but login answers 401
+// to a request without a valid session before doing anything else.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "web/Http.h"
+
+namespace corvina20::web {
+
+struct WebOptions {
+  std::string database;               // SQLite file, shared by every session
+  std::string host = "127.0.0.1";     // loopback unless told otherwise
+  int port = 8080;
+  int sessionTimeoutSeconds = 1800;   // idle time after which a session ends
+  int loginAttemptsPerMinute = 5;     // failed logins allowed per address
+  std::string staticDir;              // the browser client; "" = the build's host/web
+};
+
+class WebHost {
+ public:
+  explicit WebHost(WebOptions options);
+  ~WebHost();
+
+  // The route table (one place for every route).
+  std::vector<Route> Routes();
+  // Serves until Stop(); false when the address cannot be bound.
+  bool Run();
+  // Serves on a background thread on a free port of the host; returns it.
+  int Start();
+  void Stop();
+  // Sessions alive now.
+  std::size_t SessionCount();
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+// $CORVINA_WEB_DIR, else the source tree's host/web.
+std::string DefaultWebDirectory();
+
+}  // namespace corvina20::web
