@@ -1,0 +1,79 @@
+// The manufacturer card's handlers, in the order the card raises them.
+//
+// Choices kept on purpose:
+// - The id is always allocated ("Max(IdAnagraficaCostruttore) as IdLibera"
+//   + 1 over STDAnagraficaCostruttori) and never typed: "IdAnagraficaManuale"
+//   governs the keys of parties, and a manufacturer is not one.
+// - No duplicate check on fiscal code and VAT number (role 0): one company
+//   may stand here more than once, once per brand it makes, and the party
+//   roles of STDAnagrafiche say nothing about manufacturers.
+// - A delete removes the manufacturer's own row; nothing else names it.
+#include "cards/minor/AnagraficaCostruttori.h"
+
+#include "module/CardHandlers.h"
+#include "module/modDatabaseUtility.h"
+
+namespace vantor20 {
+namespace {
+
+constexpr const char* kTable = "STDAnagraficaCostruttori";
+constexpr const char* kKey = "IdAnagraficaCostruttore";
+
+}  // namespace
+
+AnagraficaCostruttori::AnagraficaCostruttori()
+    : MinorPartyCard("AnagraficaCostruttori", kTable, kKey),
+      frmCostruttore(Add<corvina20::Frame>("frmCostruttore", "Dati Costruttore")),
+      cdoCatCostruttori(Add<corvina20::VxCode>("cdoCatCostruttori", "Categoria", "CategorieCostruttori")),
+      txtNote(Add<corvina20::TextField>("txtNote", "Note")) {
+  dteFineValidita.Bind("STDAnagraficaCostruttori.FineValidita");
+  cdoCatCostruttori.Bind("STDAnagraficaCostruttori.CodCatCostruttore").Place("frmCostruttore");
+  txtNote.Bind("STDAnagraficaCostruttori.Note").Place("frmCostruttore");
+  txtNote.SetMultiline(true);
+  numIdAnagrafica.SetLocked(true);
+
+  crd.Inizialize = [this](bool& ok, std::string& key, std::string& display) {
+    OnInizialize(ok, key, display);
+  };
+  crd.ActionBefore = [this](int op, bool& cancel) { OnActionBefore(op, cancel); };
+  crd.ActionInside = [this](int op) { OnActionInside(op); };
+  crd.ActionAfter = [this](int op) { OnActionAfter(op); };
+}
+
+void AnagraficaCostruttori::OnInizialize(bool& ok, std::string& key, std::string& display) {
+  RunHandler(Location("Inizialize"), [&] {
+    ok = true;
+    key = kKey;
+    display = kKey;
+  });
+}
+
+void AnagraficaCostruttori::OnActionBefore(int operation, bool& cancel) {
+  bool ok = RunHandler(Location("ActionBefore"), [&] {
+    if (operation == corvina20::kOpSave) CheckIdentityBeforeSave(0, cancel);
+  });
+  if (!ok) cancel = true;
+}
+
+void AnagraficaCostruttori::OnActionInside(int operation) {
+  RunInsideTransaction(Location("ActionInside"), [&] {
+    // Allocated again at save time: the number shown at "new" may have been
+    // taken meanwhile by another workstation.
+    if (operation == corvina20::kOpSave && crd.Mode() == corvina20::kModeNew) {
+      std::int32_t id = NextFreeId(kTable, kKey);
+      crd.GetRecordset()->Fields(kKey) = Variant(id);
+      numIdAnagrafica.SetValue(Variant(id));
+    }
+  });
+}
+
+void AnagraficaCostruttori::OnActionAfter(int operation) {
+  RunHandler(Location("ActionAfter"), [&] {
+    if (operation == corvina20::kOpNew)
+      numIdAnagrafica.SetValue(Variant(NextFreeId(kTable, kKey)));
+    else if (operation == corvina20::kOpSave)
+      numIdAnagrafica.SetValue(FieldValue(crd.GetRecordset(), Variant(kKey)));
+  });
+}
+
+}  // namespace vantor20
