@@ -59,6 +59,14 @@ class Connection : public std::enable_shared_from_this<Connection> {
   std::vector<std::string> KeyColumns(std::string_view table);
   bool TableExists(std::string_view table);
 
+  // Host side, from any thread: the session that owns this connection is
+  // ending. From now on nothing more is written: a transaction in progress is
+  // rolled back at its commit and every write raises kErrTransaction; reads
+  // still work. Cannot be undone.
+  void Abandon();
+  // Raises kErrTransaction when the connection was abandoned.
+  void RequireWritable() const;
+
   // "sqlite" (later "postgresql").
   std::string BackendName() const;
 

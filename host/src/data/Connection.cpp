@@ -3,6 +3,7 @@
 // from one table with its whole key, how to write back.
 #include "corvina20/Connection.h"
 
+#include <atomic>
 #include <map>
 #include <mutex>
 
@@ -17,6 +18,7 @@ namespace corvina20 {
 struct Connection::Impl {
   std::unique_ptr<data::Backend> backend;
   bool inTransaction = false;
+  std::atomic<bool> abandoned{false};
   // Column lists by upper-cased table name; cleared after every statement
   // that is not a query, since work tables come and go at run time.
   std::map<std::string, std::vector<data::TableColumn>> columns;
@@ -159,6 +161,7 @@ RecordsetPtr Connection::OpenRecordset(std::string_view tsql, const std::vector<
 }
 
 long Connection::Execute(std::string_view tsql, const std::vector<Variant>& params) {
+  RequireWritable();
   data::TranslatedSql sql = impl_->Translate(tsql);
   data::ResultSet rs = impl_->RunAll(sql, params);
   impl_->columns.clear();
@@ -170,7 +173,16 @@ void Connection::ExecuteNative(std::string_view sql) {
   impl_->columns.clear();
 }
 
+void Connection::Abandon() { impl_->abandoned = true; }
+
+void Connection::RequireWritable() const {
+  if (impl_->abandoned)
+    throw Error(kErrTransaction, "Corvina20.Data",
+                "La sessione è stata chiusa: nessuna modifica viene più salvata");
+}
+
 void Connection::BeginTrans() {
+  RequireWritable();
   if (impl_->inTransaction)
     throw Error(kErrTransaction, "Corvina20.Data",
                 "Una transazione è già aperta su questa connessione: le transazioni annidate non "
@@ -182,6 +194,12 @@ void Connection::BeginTrans() {
 void Connection::CommitTrans() {
   if (!impl_->inTransaction)
     throw Error(kErrTransaction, "Corvina20.Data", "Nessuna transazione aperta da confermare");
+  if (impl_->abandoned) {
+    // The session ended while this transaction was open: none of it lands.
+    impl_->inTransaction = false;
+    impl_->backend->Rollback();
+    RequireWritable();
+  }
   impl_->backend->Commit();
   impl_->inTransaction = false;
 }

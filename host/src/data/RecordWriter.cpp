@@ -51,6 +51,7 @@ std::string RecordWriter::KeyCondition(const std::vector<Variant>& original,
 }
 
 void RecordWriter::Insert(std::vector<Variant>& values) const {
+  connection_->RequireWritable();
   std::string columns, marks;
   std::vector<Variant> params;
   std::size_t generated = fields_.size();
@@ -80,6 +81,7 @@ void RecordWriter::Insert(std::vector<Variant>& values) const {
 
 void RecordWriter::Update(const std::vector<Variant>& original,
                           const std::vector<Variant>& values) const {
+  connection_->RequireWritable();
   std::string sets;
   std::vector<Variant> params;
   for (std::size_t i = 0; i < fields_.size(); ++i) {
@@ -104,6 +106,7 @@ void RecordWriter::Update(const std::vector<Variant>& original,
 }
 
 void RecordWriter::Delete(const std::vector<Variant>& original) const {
+  connection_->RequireWritable();
   std::vector<Variant> params;
   std::string where = KeyCondition(original, params);
   connection_->Backend().Run("DELETE FROM " + Quote(table_) + " WHERE " + where, params);

@@ -46,6 +46,20 @@ struct UiSession::Impl {
     }
   }
 
+  // The answer of a session that has gone away: the button that changes
+  // nothing (No, Cancel, or OK when there is no other). The connection is
+  // abandoned too, so whatever the module does next writes nothing.
+  static int SafeAnswer(int style) {
+    switch (style & 0x0F) {
+      case kStyleYesNo: return kAnswerNo;
+      case kStyleOkCancel:
+      case 3:   // yes/no/cancel
+      case 5:   // retry/cancel
+        return kAnswerCancel;
+      default: return kAnswerOk;
+    }
+  }
+
   // Called on the UI thread by the module's message display.
   int Park(const MessageRequest& request) {
     std::unique_lock lock(mutex);
@@ -57,13 +71,13 @@ struct UiSession::Impl {
     json dialog = {{"number", request.number ? json(*request.number) : json(nullptr)},
                    {"text", request.text},
                    {"style", request.style}};
-    if (aborting) throw Error(kErrSessionClosed, "Corvina20.Web", "Sessione chiusa: messaggio non mostrato");
+    if (aborting) return SafeAnswer(request.style);
     pending = dialog;
     answer.reset();
     changed.notify_all();
     changed.wait(lock, [&] { return answer.has_value() || aborting; });
     pending.reset();
-    if (!answer) throw Error(kErrSessionClosed, "Corvina20.Web", "Sessione chiusa in attesa di una risposta");
+    if (!answer) return SafeAnswer(request.style);
     int given = *answer;
     answer.reset();
     current.events.push_back({{"dialog", dialog}, {"answer", given}});
@@ -202,6 +216,7 @@ void UiSession::Close() {
       // fall through to join below
     } else {
       impl_->aborting = true;
+      if (impl_->workspace) impl_->workspace->Session().GetConnection()->Abandon();
       Impl* self = impl_.get();
       // After whatever runs now has unwound: cancel every card still in new
       // or edit mode, so nothing typed is written by anyone later.

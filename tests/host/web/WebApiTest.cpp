@@ -1,0 +1,189 @@
+// The web host's API on a real server in this process: the session rules
+// (401 before anything without a session, 403 without the CSRF token, login
+// attempts limited), an expired session whose pending save is never written,
+// and several sessions saving carriers at the same moment.
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "data/Database.h"
+#include "support/TestSupport.h"
+#include "web/Users.h"
+#include "web/WebHost.h"
+
+namespace corvina20::test {
+namespace {
+
+using json = nlohmann::json;
+
+class Browser {
+ public:
+  explicit Browser(int port) : client_("127.0.0.1", port) {
+    // Generous: the suite may share two cores with other suites.
+    client_.set_read_timeout(60, 0);
+    client_.set_write_timeout(60, 0);
+  }
+  httplib::Result Post(const std::string& path, const json& body, bool withCsrf = true) {
+    httplib::Headers headers;
+    if (!cookie_.empty()) headers.emplace("Cookie", cookie_);
+    if (withCsrf && !csrf_.empty()) headers.emplace("X-CSRF-Token", csrf_);
+    auto r = client_.Post(path.c_str(), headers, body.dump(), "application/json");
+    Remember(r);
+    return r;
+  }
+  httplib::Result Get(const std::string& path) {
+    httplib::Headers headers;
+    if (!cookie_.empty()) headers.emplace("Cookie", cookie_);
+    return client_.Get(path.c_str(), headers);
+  }
+  int Login(const std::string& user, const std::string& password) {
+    auto r = Post("/api/login", {{"user", user}, {"password", password}});
+    if (r && r->status == 200) csrf_ = json::parse(r->body)["csrf"];
+    return r ? r->status : -1;
+  }
+  json Act(int form, const json& action) {
+    auto r = Post("/api/forms/" + std::to_string(form) + "/actions", action);
+    return r ? json::parse(r->body) : json();
+  }
+  json Answer(int form, int answer) {
+    auto r = Post("/api/dialog", {{"answer", answer}, {"formId", form}});
+    return r ? json::parse(r->body) : json();
+  }
+  int OpenCarriers() {
+    auto r = Post("/api/forms", {{"open", "AnagraficaVettori"}, {"kind", "card"}});
+    return json::parse(r->body)["state"]["formId"];
+  }
+
+ private:
+  void Remember(const httplib::Result& r) {
+    if (!r) return;
+    auto it = r->headers.find("Set-Cookie");
+    if (it != r->headers.end()) cookie_ = it->second.substr(0, it->second.find(';'));
+  }
+  httplib::Client client_;
+  std::string cookie_, csrf_;
+};
+
+class WebApi : public ::testing::Test {
+ protected:
+  void StartServer(int timeoutSeconds = 1800) {
+    db = OpenDatabase(dir.File("web.db"));
+    InitDatabase(*db, false);
+    web::Users(db).Add("anna", "segreta1");
+    web::Users(db).Add("bruno", "segreta2");
+    web::WebOptions options;
+    options.database = dir.File("web.db");
+    options.sessionTimeoutSeconds = timeoutSeconds;
+    host = std::make_unique<web::WebHost>(options);
+    port = host->Start();
+    ASSERT_GT(port, 0);
+  }
+  void TearDown() override {
+    if (host) host->Stop();
+  }
+  long Count(const std::string& where) {
+    return QueryLong(db, "SELECT COUNT(*) FROM STDAnagrafiche WHERE " + where);
+  }
+
+  TempDir dir;
+  ConnectionPtr db;
+  std::unique_ptr<web::WebHost> host;
+  int port = 0;
+};
+
+TEST_F(WebApi, WithoutASessionEveryRouteButLoginAnswers401) {
+  StartServer();
+  Browser anonymous(port);
+  EXPECT_EQ(anonymous.Get("/api/items")->status, 401);
+  EXPECT_EQ(anonymous.Get("/api/me")->status, 401);
+  EXPECT_EQ(anonymous.Get("/api/forms/1")->status, 401);
+  EXPECT_EQ(anonymous.Post("/api/forms", {{"open", "AnagraficaVettori"}})->status, 401);
+  EXPECT_EQ(anonymous.Post("/api/forms/1/actions", {{"press", "new"}})->status, 401);
+  EXPECT_EQ(anonymous.Post("/api/dialog", {{"answer", 6}})->status, 401);
+  EXPECT_EQ(anonymous.Post("/api/logout", json::object())->status, 401);
+  EXPECT_EQ(host->SessionCount(), 0u);
+
+  EXPECT_EQ(anonymous.Login("anna", "sbagliata"), 401);
+  Browser anna(port);
+  EXPECT_EQ(anna.Login("ANNA", "segreta1"), 200);  // names ignore case
+  EXPECT_EQ(anna.Get("/api/items")->status, 200);
+  // A state-changing request without the CSRF token is refused.
+  EXPECT_EQ(anna.Post("/api/forms", {{"open", "AnagraficaVettori"}}, false)->status, 403);
+  EXPECT_EQ(anna.Post("/api/forms", {{"open", "AnagraficaVettori"}})->status, 200);
+  EXPECT_EQ(anna.Post("/api/logout", json::object())->status, 200);
+  EXPECT_EQ(anna.Get("/api/items")->status, 401);
+}
+
+TEST_F(WebApi, RepeatedFailedLoginsAreSlowedDown) {
+  StartServer();
+  Browser guesser(port);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(guesser.Login("anna", "tentativo" + std::to_string(i)), 401);
+  EXPECT_EQ(guesser.Login("anna", "segreta1"), 429);  // even the right one, for a minute
+}
+
+TEST_F(WebApi, AnExpiredSessionsPendingSaveIsNeverWritten) {
+  StartServer(1);
+  Browser anna(port);
+  ASSERT_EQ(anna.Login("anna", "segreta1"), 200);
+  int form = anna.OpenCarriers();
+  anna.Act(form, {{"press", "new"}});
+  anna.Act(form, {{"set", "txtRagioneSociale1"}, {"value", "Mai Salvato"}});
+  json saving = anna.Act(form, {{"press", "save"}});
+  ASSERT_EQ(saving["dialog"]["number"], 386);  // parked on the warning, nobody answers
+
+  std::this_thread::sleep_for(std::chrono::seconds(3));
+  EXPECT_EQ(host->SessionCount(), 0u);
+  EXPECT_EQ(Count("RagioneSociale = 'Mai Salvato'"), 0);
+  auto late = anna.Post("/api/dialog", {{"answer", 6}, {"formId", form}});
+  EXPECT_EQ(late->status, 401);
+  EXPECT_EQ(Count("RagioneSociale = 'Mai Salvato'"), 0);
+}
+
+TEST_F(WebApi, SessionsSavingAtTheSameMomentEachLandTheirOwnRecord) {
+  StartServer();
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, PartitaIva, Vettore) VALUES (1, 'Uno', '01114601006', 1)");
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, PartitaIva, Vettore) VALUES (2, 'Due', '00743110157', 1)");
+  Browser anna(port), bruno(port);
+  ASSERT_EQ(anna.Login("anna", "segreta1"), 200);
+  ASSERT_EQ(bruno.Login("bruno", "segreta2"), 200);
+  int fa = anna.OpenCarriers(), fb = bruno.OpenCarriers();
+
+  // Editing different carriers at once.
+  anna.Act(fa, {{"load", 1}});
+  bruno.Act(fb, {{"load", 2}});
+  anna.Act(fa, {{"press", "edit"}});
+  bruno.Act(fb, {{"press", "edit"}});
+  anna.Act(fa, {{"set", "txtCitta"}, {"value", "Torino"}});
+  bruno.Act(fb, {{"set", "txtCitta"}, {"value", "Bari"}});
+  json sa, sb;
+  std::thread ta([&] { sa = anna.Act(fa, {{"press", "save"}}); });
+  std::thread tb([&] { sb = bruno.Act(fb, {{"press", "save"}}); });
+  ta.join();
+  tb.join();
+  EXPECT_EQ(sa["result"]["done"], true) << sa.dump();
+  EXPECT_EQ(sb["result"]["done"], true) << sb.dump();
+  EXPECT_EQ(Count("IdAnagrafica = 1 AND Citta = 'Torino'"), 1);
+  EXPECT_EQ(Count("IdAnagrafica = 2 AND Citta = 'Bari'"), 1);
+
+  // Both propose id 3 for a new carrier; saving at once, each gets its own.
+  anna.Act(fa, {{"press", "new"}});
+  bruno.Act(fb, {{"press", "new"}});
+  anna.Act(fa, {{"set", "txtRagioneSociale1"}, {"value", "Nuovo di Anna"}});
+  bruno.Act(fb, {{"set", "txtRagioneSociale1"}, {"value", "Nuovo di Bruno"}});
+  anna.Act(fa, {{"set", "txtPartitaIva"}, {"value", "02238460220"}});
+  bruno.Act(fb, {{"set", "txtPartitaIva"}, {"value", "03325080962"}});
+  std::thread tc([&] { sa = anna.Act(fa, {{"press", "save"}}); });
+  std::thread td([&] { sb = bruno.Act(fb, {{"press", "save"}}); });
+  tc.join();
+  td.join();
+  ASSERT_EQ(sa["result"]["done"], true) << sa.dump();
+  ASSERT_EQ(sb["result"]["done"], true) << sb.dump();
+  EXPECT_NE(sa["result"]["key"], sb["result"]["key"]);
+  EXPECT_EQ(Count("RagioneSociale IN ('Nuovo di Anna', 'Nuovo di Bruno') AND Vettore = 1"), 2);
+  EXPECT_EQ(Count("IdAnagrafica IN (3, 4)"), 2);
+}
+
+}  // namespace
+}  // namespace corvina20::test
