@@ -70,19 +70,12 @@ void AnagraficaCaricatori::OnActionInside(int operation) {
     // since the number shown at "new" may have been taken meanwhile. A manual
     // id left blank is allocated all the same.
     if (manualId_ && ShownId() != 0) return;
-    std::int32_t id = NextFreeId(kTable, kKey);
-    crd.GetRecordset()->Fields(kKey) = Variant(id);
-    numIdAnagrafica.SetValue(Variant(id));
+    AllocateIdAtSave();
   });
 }
 
 void AnagraficaCaricatori::OnActionAfter(int operation) {
-  RunHandler(Location("ActionAfter"), [&] {
-    if (operation == corvina20::kOpNew)
-      numIdAnagrafica.SetValue(Variant(NextFreeId(kTable, kKey)));
-    else if (operation == corvina20::kOpSave)
-      numIdAnagrafica.SetValue(FieldValue(crd.GetRecordset(), Variant(kKey)));
-  });
+  RunHandler(Location("ActionAfter"), [&] { ShowIdAfter(operation); });
 }
 
 }  // namespace vantor20

@@ -57,23 +57,12 @@ void AnagraficaCostruttori::OnActionBefore(int operation, bool& cancel) {
 
 void AnagraficaCostruttori::OnActionInside(int operation) {
   RunInsideTransaction(Location("ActionInside"), [&] {
-    // Allocated again at save time: the number shown at "new" may have been
-    // taken meanwhile by another workstation.
-    if (operation == corvina20::kOpSave && crd.Mode() == corvina20::kModeNew) {
-      std::int32_t id = NextFreeId(kTable, kKey);
-      crd.GetRecordset()->Fields(kKey) = Variant(id);
-      numIdAnagrafica.SetValue(Variant(id));
-    }
+    if (operation == corvina20::kOpSave && crd.Mode() == corvina20::kModeNew) AllocateIdAtSave();
   });
 }
 
 void AnagraficaCostruttori::OnActionAfter(int operation) {
-  RunHandler(Location("ActionAfter"), [&] {
-    if (operation == corvina20::kOpNew)
-      numIdAnagrafica.SetValue(Variant(NextFreeId(kTable, kKey)));
-    else if (operation == corvina20::kOpSave)
-      numIdAnagrafica.SetValue(FieldValue(crd.GetRecordset(), Variant(kKey)));
-  });
+  RunHandler(Location("ActionAfter"), [&] { ShowIdAfter(operation); });
 }
 
 }  // namespace vantor20

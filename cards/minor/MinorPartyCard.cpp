@@ -48,7 +48,9 @@ MinorPartyCard::MinorPartyCard(const std::string& form, const std::string& table
       txtInternet(Add<corvina20::TextField>("txtInternet", "Internet")),
       txtE_mail(Add<corvina20::TextField>("txtE_mail", "Indirizzo E@mail")),
       dteFineValidita(Add<corvina20::DateField>("dteFineValidita", "Fine Validità")),
-      formName_(form) {
+      formName_(form),
+      table_(table),
+      keyColumn_(keyColumn) {
   numIdAnagrafica.Bind(Bound(table, keyColumn.c_str())).Place("frmAnagrafica");
   struct Text {
     corvina20::TextField& field;
@@ -96,6 +98,19 @@ std::int32_t MinorPartyCard::NextFreeId(const std::string& table, const std::str
   RecordsetPtr rs = q.Open();
   if (IsRecordsetClosed(rs)) return 1;
   return FieldValue(rs, Variant("IdLibera")).ToLong() + 1;
+}
+
+void MinorPartyCard::AllocateIdAtSave() {
+  std::int32_t id = NextFreeId(table_, keyColumn_);
+  crd.GetRecordset()->Fields(keyColumn_) = Variant(id);
+  numIdAnagrafica.SetValue(Variant(id));
+}
+
+void MinorPartyCard::ShowIdAfter(int operation) {
+  if (operation == corvina20::kOpNew)
+    numIdAnagrafica.SetValue(Variant(NextFreeId(table_, keyColumn_)));
+  else if (operation == corvina20::kOpSave)
+    numIdAnagrafica.SetValue(FieldValue(crd.GetRecordset(), Variant(keyColumn_)));
 }
 
 void MinorPartyCard::ReadManualId() {

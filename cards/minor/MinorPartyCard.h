@@ -48,6 +48,12 @@ class MinorPartyCard : public corvina20::Form {
   std::string Location(const char* event) const;
   // "Max(<key>) as IdLibera" + 1 over `table`: the card's own numbering.
   std::int32_t NextFreeId(const std::string& table, const std::string& key) const;
+  // The id steps of a card numbered over its own table: at save time in new
+  // mode the id is taken again (the one shown at "new" may have gone to
+  // another workstation meanwhile) into the record and the id field.
+  void AllocateIdAtSave();
+  // After "new": the next free id is shown; after a save: the saved one.
+  void ShowIdAfter(int operation);
   // Reads "IdAnagraficaManuale": whether the user types the id.
   void ReadManualId();
   // The checks of a save, in their fixed order: fiscal code (blocking under
@@ -60,6 +66,8 @@ class MinorPartyCard : public corvina20::Form {
   std::int32_t ShownId() const;
 
   const std::string formName_;
+  const std::string table_;
+  const std::string keyColumn_;
   bool manualId_ = false;
 };
 

@@ -1,10 +1,10 @@
 // The VxCode lookup and the host's lookup catalogue (data/lookups.tsv).
 #include "corvina20/VxCode.h"
 
-#include <fstream>
 #include <sstream>
 
 #include "core/Text.h"
+#include "core/Tsv.h"
 #include "corvina20/Error.h"
 #include "corvina20/MervoStatus.h"
 #include "corvina20/QueryBuilder.h"
@@ -22,25 +22,12 @@ std::vector<std::string> SplitList(const std::string& text) {
 }
 
 std::vector<LookupDefinition> ReadCatalogue() {
-  std::string path = DataDirectory() + "/lookups.tsv";
-  std::ifstream in(path);
-  if (!in) throw Error(kErrHost, "Corvina20.Lookups", "Catalogo delle ricerche mancante: " + path);
   std::vector<LookupDefinition> lookups;
-  std::string line;
-  int number = 0;
-  while (std::getline(in, line)) {
-    ++number;
-    if (text::Trim(line).empty() || line[0] == '#') continue;
-    std::vector<std::string> cells;
-    std::stringstream row(line);
-    std::string cell;
-    while (std::getline(row, cell, '\t')) cells.push_back(std::string(text::Trim(cell)));
-    if (cells.size() < 5)
-      throw Error(kErrHost, "Corvina20.Lookups",
-                  path + ", riga " + std::to_string(number) +
-                      ": servono nome, tabella, codice, descrizione, colonne");
-    lookups.push_back({cells[0], cells[1], cells[2], cells[3], SplitList(cells[4]),
-                       cells.size() > 5 ? cells[5] : ""});
+  for (const TsvRow& row : ReadTsv("lookups.tsv", "Corvina20.Lookups")) {
+    if (row.cells.size() < 5)
+      row.Fail("Corvina20.Lookups", "servono nome, tabella, codice, descrizione, colonne");
+    lookups.push_back({row.cells[0], row.cells[1], row.cells[2], row.cells[3], SplitList(row.cells[4]),
+                       row.Cell(5)});
   }
   return lookups;
 }
