@@ -22,6 +22,7 @@ struct GridColumn {
   bool editable = true;
   bool visible = true;
   std::string lookup;   // lookup name of the catalogue for a coded column, "" when none
+  std::string currency; // the currency of an amount column (a code of STDDivise), "" when none
   std::vector<std::pair<std::string, Variant>> entries;  // fixed choices, when any
 };
 

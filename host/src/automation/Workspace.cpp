@@ -75,7 +75,8 @@ json Describe(const Control& c) {
     json columns = json::array();
     for (const auto& col : grid->Columns())
       columns.push_back({{"field", col.field}, {"caption", col.caption}, {"kind", KindName(col.kind)},
-                         {"editable", col.editable}, {"visible", col.visible}, {"lookup", col.lookup}});
+                         {"editable", col.editable}, {"visible", col.visible}, {"lookup", col.lookup},
+                         {"currency", col.currency}});
     d["columns"] = columns;
     d["rows"] = Rows(grid->Data());
     d["selection"] = grid->Selection();
