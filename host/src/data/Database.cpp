@@ -2,6 +2,7 @@
 #include "data/Database.h"
 
 #include "corvina20/MervoStatus.h"
+#include "data/fulltext/FtsIndexes.h"
 #include "data/schema/Schema.h"
 #include "data/sqlite/SqliteBackend.h"
 
@@ -13,6 +14,7 @@ ConnectionPtr OpenDatabase(const std::string& location) {
 
 int InitDatabase(Connection& connection, bool demo) {
   int applied = data::ApplySchema(connection, DataDirectory() + "/schema");
+  data::fulltext::EnsureFullTextIndexes(connection);
   if (demo) {
     auto rs = connection.OpenRecordset("SELECT COUNT(*) AS N FROM STDAnagrafiche");
     if (rs->Fields("N").Value().ToLong() == 0) data::LoadDemoData(connection, DataDirectory() + "/demo");

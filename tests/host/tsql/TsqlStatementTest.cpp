@@ -150,8 +150,8 @@ TEST(tsqlStatement, ConstructsWithoutARuleAreNamedErrors) {
   ExpectUnsupported(db, "SELECT DATEADD(day, 1, DataRegistrazione) FROM COGPrimeNoteTeste", "DATEADD()");
   ExpectUnsupported(db,
                     "SELECT Rank = t1.Rank FROM STDAnagrafiche T inner join "
-                    "FREETEXTtable(STDAnagrafiche, RagioneSociale, 'Rossi') t1 On T.IdAnagrafica = t1.[KEY]",
-                    "FREETEXTTABLE");
+                    "CONTAINSTABLE(STDAnagrafiche, RagioneSociale, 'Rossi') t1 On T.IdAnagrafica = t1.[KEY]",
+                    "CONTAINSTABLE");
   ExpectUnsupported(db, "DROP TABLE _W", "DROP");
   ExpectUnsupported(db, "Delete STDAnagrafiche where IdAnagrafica = 1; TRUNCATE TABLE _W", "TRUNCATE");
   ExpectUnsupported(db, "SELECT @Id", "variabile @Id");

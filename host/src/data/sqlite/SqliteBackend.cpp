@@ -9,6 +9,7 @@
 
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
+#include "data/fulltext/FtsSqlite.h"
 
 namespace corvina20::data {
 namespace {
@@ -102,6 +103,7 @@ class SqliteBackend final : public Backend {
     // wait for a lock rather than fail at once.
     sqlite3_busy_timeout(db_, 10000);
     RunScript("PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;");
+    fulltext::RegisterFullText(db_);
   }
   ~SqliteBackend() override { sqlite3_close_v2(db_); }
 

@@ -80,12 +80,21 @@ struct SelectItem {
   Name alias;  // empty when none
 };
 
-// A table (optionally dbo.-qualified in the source; the schema is dropped) or
-// a derived table (query set), with its alias.
+// FREETEXTTABLE(table, column, 'text'): the rows of `table` whose `column`
+// is alike `text`, as columns KEY (the row's IdAnagrafica) and RANK (0..1000).
+struct FreeTextSource {
+  Name table;
+  Name column;
+  std::string text;
+};
+
+// A table (optionally dbo.-qualified in the source; the schema is dropped), a
+// derived table (query set) or a full-text search, with its alias.
 struct TableRef {
   Name table;
   Name alias;
   std::unique_ptr<Select> query;
+  std::optional<FreeTextSource> freetext;  // then the alias is required
   // The name the columns of this source are qualified with.
   const Name& Qualifier() const { return alias.empty() ? table : alias; }
 };

@@ -2,6 +2,9 @@
 // line per statement, keywords upper-cased, names and literals as written.
 #include "data/tsql/TsqlEmitter.h"
 
+#include <cmath>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "core/Text.h"
@@ -20,6 +23,37 @@ int BinaryPrecedence(const Expr& e) {
 }
 
 bool IsNullLiteral(const Expr& e) { return e.kind == ExprKind::Null; }
+
+// The terms of a chain of ANDs, through parentheses.
+void Conjuncts(const Expr* e, std::vector<const Expr*>& out) {
+  if (e == nullptr) return;
+  if (e->kind == ExprKind::Paren) return Conjuncts(e->args[0].get(), out);
+  if (e->kind == ExprKind::Binary && e->text == "AND") {
+    Conjuncts(e->args[0].get(), out);
+    Conjuncts(e->args[1].get(), out);
+    return;
+  }
+  out.push_back(e);
+}
+
+bool IsRankOf(const Expr& e, const Name& alias) {
+  return e.kind == ExprKind::Column && text::EqualsNoCase(e.qualifier.text, alias.text) &&
+         text::EqualsNoCase(e.name.text, "RANK");
+}
+
+std::optional<double> NumberOf(const Expr& e) {
+  if (e.kind == ExprKind::Paren) return NumberOf(*e.args[0]);
+  if (e.kind == ExprKind::Unary && e.text == "-") {
+    std::optional<double> n = NumberOf(*e.args[0]);
+    return n ? std::optional<double>(-*n) : std::nullopt;
+  }
+  if (e.kind != ExprKind::Number) return std::nullopt;
+  try {
+    return std::stod(e.text);
+  } catch (...) {
+    return std::nullopt;
+  }
+}
 
 }  // namespace
 
@@ -204,6 +238,17 @@ void Emitter::WriteSelect(const Select& select) {
 }
 
 void Emitter::WriteCore(const SelectCore& core) {
+  // A nested SELECT has its own conditions and its own sources.
+  const Expr* outerWhere = where_;
+  const Name* outerOn = onFreeText_;
+  where_ = core.where.get();
+  onFreeText_ = nullptr;
+  WriteCoreBody(core);
+  where_ = outerWhere;
+  onFreeText_ = outerOn;
+}
+
+void Emitter::WriteCoreBody(const SelectCore& core) {
   Put(core.distinct ? "SELECT DISTINCT " : "SELECT ");
   for (std::size_t i = 0; i < core.items.size(); ++i) {
     if (i) Put(", ");
@@ -228,20 +273,68 @@ void Emitter::WriteCore(const SelectCore& core) {
   }
 }
 
+// In an ON clause a bare [KEY] or Rank names the nearest FREETEXTTABLE joined
+// so far, as in SQL Server, where the sources joined later are not yet
+// visible; SQLite sees them all, so the name is qualified.
 void Emitter::WriteFrom(const FromClause& from) {
+  const Name* freetext = from.first.freetext ? &from.first.alias : nullptr;
   WriteTableRef(from.first);
   for (const Join& j : from.joins) {
     Put(j.kind == "," ? ", " : " " + j.kind + " ");
+    joinOn_ = j.on.get();
     WriteTableRef(j.ref);
+    joinOn_ = nullptr;
+    if (j.ref.freetext) freetext = &j.ref.alias;
     if (j.on) {
       Put(" ON ");
+      const Name* outer = onFreeText_;
+      onFreeText_ = freetext;
       WriteExpr(*j.on);
+      onFreeText_ = outer;
     }
   }
 }
 
+int Emitter::FreeTextMinRank(const Name& alias, const Expr* on) const {
+  std::vector<const Expr*> terms;
+  Conjuncts(where_, terms);
+  Conjuncts(on, terms);
+  double least = 0;
+  for (const Expr* t : terms) {
+    std::optional<double> bound;
+    if (t->kind == ExprKind::Binary) {
+      const Expr& l = *t->args[0];
+      const Expr& r = *t->args[1];
+      const std::string& op = t->text;
+      if (IsRankOf(l, alias) && NumberOf(r)) {
+        if (op == ">") bound = std::floor(*NumberOf(r)) + 1;
+        if (op == ">=") bound = std::ceil(*NumberOf(r));
+      } else if (IsRankOf(r, alias) && NumberOf(l)) {
+        if (op == "<") bound = std::floor(*NumberOf(l)) + 1;
+        if (op == "<=") bound = std::ceil(*NumberOf(l));
+      }
+    } else if (t->kind == ExprKind::Between && !t->negated && IsRankOf(*t->args[0], alias) &&
+               NumberOf(*t->args[1])) {
+      bound = std::ceil(*NumberOf(*t->args[1]));
+    }
+    if (bound && *bound > least) least = *bound;
+  }
+  return static_cast<int>(std::min(least, 1001.0));
+}
+
+void Emitter::WriteString(std::string_view text) {
+  Put("'");
+  for (char c : text) {
+    if (c == '\'') Put("'");
+    out_ += c;
+  }
+  Put("'");
+}
+
 void Emitter::WriteTableRef(const TableRef& ref) {
-  if (ref.query) {
+  if (ref.freetext) {
+    WriteFreeText(*ref.freetext, FreeTextMinRank(ref.alias, joinOn_));
+  } else if (ref.query) {
     Put("(");
     WriteSelect(*ref.query);
     Put(")");
@@ -290,12 +383,7 @@ void Emitter::WriteExpr(const Expr& e) {
       Put(e.text);
       return;
     case ExprKind::String:
-      Put("'");
-      for (char c : e.text) {
-        if (c == '\'') Put("'");
-        out_ += c;
-      }
-      Put("'");
+      WriteString(e.text);
       return;
     case ExprKind::Null:
       Put("NULL");
@@ -307,6 +395,10 @@ void Emitter::WriteExpr(const Expr& e) {
     case ExprKind::Star:
       if (!e.qualifier.empty()) {
         WriteName(e.qualifier);
+        Put(".");
+      } else if (e.kind == ExprKind::Column && onFreeText_ &&
+                 (text::EqualsNoCase(e.name.text, "KEY") || text::EqualsNoCase(e.name.text, "RANK"))) {
+        WriteName(*onFreeText_);
         Put(".");
       }
       if (e.kind == ExprKind::Star) Put("*");

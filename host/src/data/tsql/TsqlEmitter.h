@@ -34,6 +34,7 @@ class Emitter {
   void WriteList(const std::vector<ExprPtr>& list);
   void WriteSelect(const Select& select);
   void WriteCore(const SelectCore& core);
+  void WriteCoreBody(const SelectCore& core);
   void WriteFrom(const FromClause& from);
   void WriteTableRef(const TableRef& ref);
   void WriteWhere(const Expr* where);
@@ -48,6 +49,12 @@ class Emitter {
   virtual void WriteUpdateWithFrom(const Statement& s) = 0;
   // A work table's column: name and declared SQL Server type ("" when unknown).
   virtual void WriteColumnDefinition(const OutputColumn& column) = 0;
+  // FREETEXTTABLE as a source of KEY and RANK, without its alias. `minRank`
+  // is the least rank the statement keeps (0 when it keeps any): the
+  // backend need not produce rows below it.
+  virtual void WriteFreeText(const FreeTextSource& source, int minRank) = 0;
+  // 'text' as a string literal.
+  void WriteString(std::string_view text);
 
   std::string out_;
 
@@ -58,6 +65,14 @@ class Emitter {
   void WriteDelete(const Statement& s);
   void WriteBinary(const Expr& e);
   std::string Take();
+  // The least rank of `alias` that the conditions of the SELECT being
+  // written (its WHERE and the join's ON) keep: the largest lower bound set
+  // on alias.Rank by a top-level AND term, 0 when none.
+  int FreeTextMinRank(const Name& alias, const Expr* on) const;
+
+  const Expr* where_ = nullptr;      // WHERE of the SELECT being written
+  const Expr* joinOn_ = nullptr;     // ON of the join whose source is being written
+  const Name* onFreeText_ = nullptr; // while writing an ON: the FREETEXTTABLE that KEY/RANK name
 };
 
 // The SQLite emitter.

@@ -340,10 +340,33 @@ TableRef Parser::ParseTableRef() {
     if (ref.alias.empty()) Unexpected();
     return ref;
   }
-  // A table-valued function (FREETEXTTABLE…) has no rule yet.
+  if (IsKeyword("FREETEXTTABLE") && IsOperator("(", 1)) return ParseFreeText();
+  // Other table-valued functions (CONTAINSTABLE, OPENQUERY…) have no rule.
   if (Peek().kind == TokenKind::Identifier && IsOperator("(", 1)) ThrowUnsupported(text::Upper(Peek().text));
   ref.table = ParseTableName();
   ref.alias = ParseAlias();
+  return ref;
+}
+
+// FREETEXTTABLE(T, column, 'text') alias: the text must be a literal (the
+// module pastes the searched value in, apostrophes replaced by blanks), and
+// the optional fourth argument (top n by rank) has no rule.
+TableRef Parser::ParseFreeText() {
+  TableRef ref;
+  Advance();
+  Advance();
+  FreeTextSource source;
+  source.table = ParseTableName();
+  ExpectOperator(",");
+  source.column = ParseName();
+  ExpectOperator(",");
+  if (Peek().kind != TokenKind::String && Peek().kind != TokenKind::NationalString) Unexpected();
+  source.text = Advance().text;
+  if (IsOperator(",")) ThrowUnsupported("FREETEXTTABLE con top_n_by_rank");
+  ExpectOperator(")");
+  ref.freetext = std::move(source);
+  ref.alias = ParseAlias();
+  if (ref.alias.empty()) ThrowUnsupported("FREETEXTTABLE senza alias");
   return ref;
 }
 

@@ -1,7 +1,7 @@
 // Recursive-descent parser of the T-SQL subset into the tree of TsqlAst.h.
 // It accepts exactly the statements and expressions the module writes; any
 // other construct (an unknown function, a statement keyword without a rule,
-// FREETEXTTABLE, a table hint, a @variable…) is reported by name through
+// a table-valued function other than FREETEXTTABLE, a table hint, a @variable…) is reported by name through
 // ThrowUnsupported. Statements (this file's .cpp) and expressions
 // (TsqlParseExpr.cpp) are parsed by the same class.
 #pragma once
@@ -35,6 +35,7 @@ class Parser {
   SelectItem ParseSelectItem();
   FromClause ParseFrom();
   TableRef ParseTableRef();
+  TableRef ParseFreeText();
   Name ParseTableName();
   Name ParseAlias();
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/Text.h"
+#include "data/fulltext/FtsSqlite.h"
 #include "data/tsql/TsqlEmitter.h"
 #include "data/tsql/TsqlError.h"
 #include "data/tsql/TsqlTypes.h"
@@ -154,6 +155,32 @@ class SqliteEmitter final : public Emitter {
     Put(" ");
     if (column.type.find("max") != std::string::npos) Put("\"" + column.type + "\"");
     else Put(column.type);
+  }
+
+  // FREETEXTTABLE(T, C, 'text') becomes a query of T.C's FTS5 index (docs/
+  // fulltext.md): the MATCH finds only the rows that can reach `minRank`,
+  // and corvina_ft_rank ranks each of them from its text. rowid is
+  // T.IdAnagrafica.
+  void WriteFreeText(const FreeTextSource& source, int minRank) override {
+    const Name index{fulltext::IndexTableName(source.table.text, source.column.text), true};
+    auto search = [&] {
+      WriteString(source.table.text);
+      Put(", ");
+      WriteString(source.column.text);
+      Put(", ");
+      WriteString(source.text);
+    };
+    Put("(SELECT rowid AS \"KEY\", corvina_ft_rank(");
+    search();
+    Put(", ");
+    WriteName(Name{source.column.text, true});
+    Put(") AS \"RANK\" FROM ");
+    WriteName(index);
+    Put(" WHERE ");
+    WriteName(index);
+    Put(" MATCH corvina_ft_match(");
+    search();
+    Put(", " + std::to_string(minRank) + "))");
   }
 
  private:

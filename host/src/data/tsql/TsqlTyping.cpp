@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/Text.h"
+#include "data/fulltext/FtsSqlite.h"
 #include "data/tsql/TsqlError.h"
 #include "data/tsql/TsqlTypes.h"
 
@@ -19,6 +20,12 @@ struct Source {
   const std::vector<OutputColumn>* derived = nullptr;
 };
 using Scope = std::vector<Source>;
+
+// What FREETEXTTABLE yields.
+const std::vector<OutputColumn>& FreeTextOutputs() {
+  static const std::vector<OutputColumn> outputs{{"KEY", "int", false}, {"RANK", "int", false}};
+  return outputs;
+}
 
 class Typer {
  public:
@@ -86,7 +93,10 @@ class Typer {
   Scope SourcesOf(FromClause& from) {
     Scope scope;
     auto add = [&](TableRef& ref) {
-      if (ref.query) {
+      if (ref.freetext) {
+        CheckFreeTextIndex(*ref.freetext);
+        scope.push_back(Source{ref.alias.text, "", &FreeTextOutputs()});
+      } else if (ref.query) {
         TypeSelect(*ref.query);
         scope.push_back(Source{ref.alias.text, "", &ref.query->outputs});
       } else {
@@ -96,6 +106,14 @@ class Typer {
     add(from.first);
     for (auto& j : from.joins) add(j.ref);
     return scope;
+  }
+
+  // When the caller can see the database, a search on a column without a
+  // full-text index is refused here, by name, rather than by the backend.
+  void CheckFreeTextIndex(const FreeTextSource& f) const {
+    if (!lookup_) return;
+    if (!lookup_(fulltext::IndexTableName(f.table.text, f.column.text), f.column.text))
+      ThrowUnsupported("FREETEXTTABLE su " + f.table.text + "." + f.column.text + " senza indice full-text");
   }
 
   void TypeJoins(FromClause& from) {

@@ -1,0 +1,54 @@
+// The rank of FREETEXTTABLE: how alike a searched text and an indexed row
+// are, as an integer 0..1000, and the FTS5 query that finds the only rows
+// that can reach a given rank. Pure arithmetic on term weights; the weights
+// come from the document frequencies kept beside each index (FtsSqlite.cpp).
+// docs/fulltext.md gives the formula with worked examples.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace corvina20::data::fulltext {
+
+// Below this many rows an index counts words as rare as they would be in an
+// index of this size, so a small database does not make every word common.
+inline constexpr double kMinIndexRows = 1000;
+// Likeness is raised to this power: only texts whose weighted words are
+// nearly all shared rank above 30.
+inline constexpr double kLikenessPower = 11;
+// A shared word alone lifts a row to at most this rank, and only a word of
+// weight kWordFloor + kWordSpan (in about 1 row in 1000) reaches it.
+inline constexpr double kWordRankMax = 30;
+inline constexpr double kWordFloor = 2.3;
+inline constexpr double kWordSpan = 4.6;
+
+// Weight of a term found in `df` of the index's `rows` rows:
+// ln(1 + max(rows, kMinIndexRows) / (1 + df)). Rare terms weigh more; a term
+// in every row still weighs a little (about ln 2).
+double TermWeight(double df, double rows);
+
+// What one shared word of weight `w` is worth on its own: 0..kWordRankMax.
+double WordRank(double w);
+
+// The unrounded rank of a row. `shared` is the weight of the terms found in
+// both texts, `queryWeight` and `rowWeight` the weights of all the distinct
+// terms of each text, `bestShared` the weight of the heaviest shared term.
+// 0 when nothing is shared.
+double RankScore(double shared, double queryWeight, double rowWeight, double bestShared);
+
+// RankScore rounded half up, within 0..1000.
+int RoundRank(double score);
+
+struct WeightedTerm {
+  std::string term;
+  double weight = 0;
+  bool indexed = false;  // some row of the index holds it (df > 0)
+};
+
+// The FTS5 MATCH expression (terms quoted, AND/OR) that every row able to
+// reach `minRank` satisfies, built from the terms whose weight can matter.
+// With minRank <= 0 it is the OR of every indexed term. "\"\"" (an empty
+// phrase, which matches nothing) when no row can reach minRank.
+std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank);
+
+}  // namespace corvina20::data::fulltext

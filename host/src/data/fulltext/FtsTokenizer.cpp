@@ -1,0 +1,181 @@
+// The full-text tokenizer; see FtsTokenizer.h. Folding covers the Latin
+// letters Italian names and addresses are written with (Latin-1 and Latin
+// Extended-A); letters of other scripts are kept as they are, combining
+// accents are dropped, and punctuation (typographic apostrophes and dashes
+// included) separates words.
+#include "data/fulltext/FtsTokenizer.h"
+
+#include <cstdint>
+#include <unordered_set>
+
+namespace corvina20::data::fulltext {
+namespace {
+
+// Latin-1 letters U+00C0..U+00FF folded; "" for the two signs (× ÷).
+constexpr const char* kLatin1[64] = {
+    "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e", "i", "i", "i", "i",  //
+    "d", "n", "o", "o", "o", "o", "o",  "",  "o", "u", "u", "u", "u", "y", "th", "ss",  //
+    "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e", "i", "i", "i", "i",  //
+    "d", "n", "o", "o", "o", "o", "o",  "",  "o", "u", "u", "u", "u", "y", "th", "y"};
+
+// Latin Extended-A, U+0100..U+017F, by ranges of the same base letter.
+struct Range {
+  char32_t last;
+  const char* folded;
+};
+constexpr Range kLatinExtendedA[] = {
+    {0x105, "a"}, {0x10D, "c"}, {0x111, "d"}, {0x11B, "e"}, {0x123, "g"}, {0x127, "h"},
+    {0x131, "i"}, {0x133, "ij"}, {0x135, "j"}, {0x138, "k"}, {0x142, "l"}, {0x14B, "n"},
+    {0x151, "o"}, {0x153, "oe"}, {0x159, "r"}, {0x161, "s"}, {0x167, "t"}, {0x173, "u"},
+    {0x175, "w"}, {0x178, "y"}, {0x17E, "z"}, {0x17F, "s"}};
+
+// Abbreviations written out, after dotted ones are joined ("F.lli" → "flli").
+struct Abbreviation {
+  std::string_view written;
+  std::string_view full;
+};
+constexpr Abbreviation kAbbreviations[] = {
+    {"flli", "fratelli"}, {"soc", "societa"}, {"coop", "cooperativa"}, {"pza", "piazza"},
+    {"pzza", "piazza"},   {"vle", "viale"},   {"cso", "corso"}};
+
+// Decodes one UTF-8 sequence at text[i]; advances i. Invalid bytes give
+// U+FFFD (a separator below) and advance by one.
+char32_t Decode(std::string_view text, std::size_t& i) {
+  auto byte = [&](std::size_t k) { return static_cast<std::uint8_t>(text[k]); };
+  std::uint8_t b = byte(i);
+  if (b < 0x80) {
+    ++i;
+    return b;
+  }
+  int extra = (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2 : (b & 0xF8) == 0xF0 ? 3 : -1;
+  if (extra < 0 || i + static_cast<std::size_t>(extra) >= text.size()) {
+    ++i;
+    return 0xFFFD;
+  }
+  char32_t cp = b & (0x3F >> extra);
+  for (int k = 1; k <= extra; ++k) {
+    std::uint8_t c = byte(i + static_cast<std::size_t>(k));
+    if ((c & 0xC0) != 0x80) {
+      ++i;
+      return 0xFFFD;
+    }
+    cp = (cp << 6) | (c & 0x3F);
+  }
+  i += static_cast<std::size_t>(extra) + 1;
+  return cp;
+}
+
+enum class CharClass { Separator, Word, Drop };
+
+// What a code point contributes to a word: its folded text (Word), nothing
+// while staying inside the word (Drop, combining accents), or a break.
+CharClass Classify(char32_t cp, std::string& folded) {
+  folded.clear();
+  if (cp < 0x80) {
+    char c = static_cast<char>(cp);
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
+      folded = c;
+      return CharClass::Word;
+    }
+    return CharClass::Separator;
+  }
+  if (cp >= 0xC0 && cp <= 0xFF) {
+    folded = kLatin1[cp - 0xC0];
+    return folded.empty() ? CharClass::Separator : CharClass::Word;
+  }
+  if (cp >= 0x100 && cp <= 0x17F) {
+    for (const Range& r : kLatinExtendedA)
+      if (cp <= r.last) {
+        folded = r.folded;
+        return CharClass::Word;
+      }
+  }
+  if (cp >= 0x300 && cp <= 0x36F) return CharClass::Drop;
+  if (cp < 0xC0 || (cp >= 0x2000 && cp <= 0x206F) || (cp >= 0x20A0 && cp <= 0x20CF) ||
+      cp == 0x3000 || cp == 0xFEFF || cp == 0xFFFD)
+    return CharClass::Separator;
+  // Letters of other scripts: kept as written.
+  char buffer[4];
+  int n = 0;
+  if (cp < 0x800) {
+    buffer[n++] = static_cast<char>(0xC0 | (cp >> 6));
+  } else if (cp < 0x10000) {
+    buffer[n++] = static_cast<char>(0xE0 | (cp >> 12));
+    buffer[n++] = static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+  } else {
+    buffer[n++] = static_cast<char>(0xF0 | (cp >> 18));
+    buffer[n++] = static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+    buffer[n++] = static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+  }
+  buffer[n++] = static_cast<char>(0x80 | (cp & 0x3F));
+  folded.assign(buffer, static_cast<std::size_t>(n));
+  return CharClass::Word;
+}
+
+bool IsLetters(std::string_view s) {
+  for (char c : s)
+    if (c < 'a' || c > 'z') return false;
+  return !s.empty();
+}
+
+// Words as the text writes them, before abbreviations are handled.
+std::vector<FtsToken> RawTokens(std::string_view text) {
+  std::vector<FtsToken> out;
+  FtsToken current;
+  bool inWord = false;
+  std::string folded;
+  std::size_t i = 0;
+  while (i < text.size()) {
+    std::size_t at = i;
+    CharClass cls = Classify(Decode(text, i), folded);
+    if (cls == CharClass::Separator) {
+      if (inWord && !current.term.empty()) out.push_back(current);
+      inWord = false;
+      continue;
+    }
+    if (!inWord) {
+      current = FtsToken{"", static_cast<int>(at), static_cast<int>(at)};
+      inWord = true;
+    }
+    current.term += folded;
+    current.end = static_cast<int>(i);
+  }
+  if (inWord && !current.term.empty()) out.push_back(current);
+  return out;
+}
+
+}  // namespace
+
+std::vector<FtsToken> TokenizeText(std::string_view text) {
+  std::vector<FtsToken> raw = RawTokens(text);
+  std::vector<FtsToken> out;
+  for (std::size_t k = 0; k < raw.size(); ++k) {
+    FtsToken token = raw[k];
+    // "S.r.l.", "S.p.A.", "F.lli", "P.zza", "V.le": a single letter, a dot
+    // and at once a short word are one abbreviation. "V.Roma" is two words.
+    std::string last = token.term;
+    while (last.size() == 1 && IsLetters(last) && k + 1 < raw.size() &&
+           static_cast<std::size_t>(token.end) < text.size() && text[static_cast<std::size_t>(token.end)] == '.' &&
+           raw[k + 1].start == token.end + 1 && raw[k + 1].term.size() <= 3 && IsLetters(raw[k + 1].term)) {
+      ++k;
+      token.term += raw[k].term;
+      token.end = raw[k].end;
+      last = raw[k].term;
+    }
+    for (const Abbreviation& a : kAbbreviations)
+      if (token.term == a.written) token.term = a.full;
+    out.push_back(std::move(token));
+  }
+  return out;
+}
+
+std::vector<std::string> DistinctTerms(std::string_view text) {
+  std::vector<std::string> out;
+  std::unordered_set<std::string> seen;
+  for (FtsToken& t : TokenizeText(text))
+    if (seen.insert(t.term).second) out.push_back(std::move(t.term));
+  return out;
+}
+
+}  // namespace corvina20::data::fulltext

@@ -1,0 +1,138 @@
+// The words the indexes see and the rank they give, on a register of 3000
+// generated parties (so words are as common or rare as in a real one).
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "FullTextFixture.h"
+#include "data/fulltext/FtsRank.h"
+#include "data/fulltext/FtsTokenizer.h"
+
+namespace corvina20::test {
+namespace {
+
+using data::fulltext::CandidateQuery;
+using data::fulltext::DistinctTerms;
+using data::fulltext::WeightedTerm;
+using Terms = std::vector<std::string>;
+
+TEST(FullTextTokenizer, FoldsCaseAccentsAndPunctuationAndWritesOutAbbreviations) {
+  EXPECT_EQ(DistinctTerms("Società Agricola SAN MARÒ"), (Terms{"societa", "agricola", "san", "maro"}));
+  EXPECT_EQ(DistinctTerms("D'Amico"), DistinctTerms("D Amico"));
+  EXPECT_EQ(DistinctTerms("D’Amico – Fornì"), (Terms{"d", "amico", "forni"}));  // typographic apostrophe, dash
+  EXPECT_EQ(DistinctTerms("Rossi S.r.l."), DistinctTerms("ROSSI SRL"));
+  EXPECT_EQ(DistinctTerms("Bianchi S.p.A."), (Terms{"bianchi", "spa"}));
+  EXPECT_EQ(DistinctTerms("F.lli Neri & C. s.n.c."), (Terms{"fratelli", "neri", "c", "snc"}));
+  EXPECT_EQ(DistinctTerms("P.zza Duomo 1, V.le Piave, C.so Italia"),
+            (Terms{"piazza", "duomo", "1", "viale", "piave", "corso", "italia"}));
+  EXPECT_EQ(DistinctTerms("V.Roma 12"), (Terms{"v", "roma", "12"}));  // not an abbreviation: two words
+  EXPECT_EQ(DistinctTerms("Soc. Coop. Ærea Straße"), (Terms{"societa", "cooperativa", "aerea", "strasse"}));
+  EXPECT_EQ(DistinctTerms("info@rossi-srl.it"), (Terms{"info", "rossi", "srl", "it"}));
+  EXPECT_EQ(DistinctTerms("Rossi rossi ROSSI"), (Terms{"rossi"}));
+  EXPECT_TRUE(DistinctTerms(" - ' . ").empty());
+  EXPECT_TRUE(DistinctTerms("").empty());
+  EXPECT_EQ(DistinctTerms("Cafe\xCC\x81 \xFF bar"), (Terms{"cafe", "bar"}));  // combining accent, invalid byte
+}
+
+TEST(FullTextCandidates, TheMatchAsksOnlyForTermsThatCanLiftARowToTheFloor) {
+  // Weights as in an index of 100000 rows: rossi in 300, trasporti in 2000, srl in 35000.
+  auto w = [](double df) { return data::fulltext::TermWeight(df, 100000); };
+  std::vector<WeightedTerm> q{{"rossi", w(300), true}, {"trasporti", w(2000), true}, {"srl", w(35000), true}};
+  EXPECT_EQ(CandidateQuery(q, 0), "\"rossi\" OR \"trasporti\" OR \"srl\"");
+  // Above 30 a row needs rossi and one more word; "trasporti srl" alone cannot.
+  EXPECT_EQ(CandidateQuery(q, 31), "(\"rossi\" AND (\"trasporti\" OR \"srl\"))");
+  // From 15 up rossi alone is enough (a distinctive word), trasporti is not.
+  EXPECT_EQ(CandidateQuery(q, 15), "\"rossi\"");
+  // A floor no row can reach, and a text without indexed words, match nothing.
+  EXPECT_EQ(CandidateQuery(q, 1001), "\"\"");
+  EXPECT_EQ(CandidateQuery({{"zzz", w(0), false}}, 1), "\"\"");
+  // A word no row holds weighs the most and counts against every row: here
+  // it keeps them all from 31, while the distinctive word still reaches 15.
+  std::vector<WeightedTerm> withUnknown = q;
+  withUnknown.push_back({"qwertz", w(0), false});
+  EXPECT_EQ(CandidateQuery(withUnknown, 31), "\"\"");
+  EXPECT_EQ(CandidateQuery(withUnknown, 15), "\"rossi\"");
+}
+
+class FullTextRank : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    db_ = new FullTextDb(3000);
+    db_->AddParty(900001, "Quasimodo Ferramenta Snc", "Sassuolo");
+    db_->AddParty(900002, "Quasimodo Ceramiche Spa", "Sassuolo");
+    db_->AddParty(900003, "Pubblicità Società Zefiro Srl", "Reggio nell'Emilia");
+    db_->AddParty(900004, "D'Amico Trasporti Srl", "Reggio Calabria");
+  }
+  static void TearDownTestSuite() {
+    delete db_;
+    db_ = nullptr;
+  }
+  static FullTextDb* db_;
+};
+FullTextDb* FullTextRank::db_ = nullptr;
+
+TEST_F(FullTextRank, IdenticalTextsRankHighestWhateverTheirCaseAccentsAndApostrophes) {
+  for (const bench::Party& p : db_->Parties())
+    if (p.id % 97 == 0) {
+      EXPECT_EQ(db_->Rank(p.ragioneSociale, p.ragioneSociale), 1000) << p.ragioneSociale;
+    }
+  EXPECT_EQ(db_->Rank("PUBBLICITA' SOCIETA ZEFIRO S.R.L.", "Pubblicità Società Zefiro Srl"), 1000);
+  // The module searches D'Amico as "D Amico".
+  EXPECT_EQ(db_->Rank("D Amico Trasporti Srl", "D'Amico Trasporti Srl"), 1000);
+  std::vector<Hit> hits = db_->Search("D Amico Trasporti Srl", 31);
+  EXPECT_NE(std::find(hits.begin(), hits.end(), Hit{900004, 1000}), hits.end());
+  EXPECT_EQ(db_->Rank("Rossi", ""), 0);
+  EXPECT_EQ(db_->Rank("", "Rossi"), 0);
+}
+
+TEST_F(FullTextRank, OneDistinctiveWordRanksInTheSimilarBandCommonWordsBelowIt) {
+  int distinctive = db_->Rank("Quasimodo Ferramenta Snc", "Quasimodo Ceramiche Spa");
+  EXPECT_GE(distinctive, 15);
+  EXPECT_LE(distinctive, 30);
+  // The generated register's own examples: one shared surname of the long tail.
+  EXPECT_GE(db_->Rank("Quasimodo Trasporti Srl", "Quasimodo Ferramenta Snc"), 15);
+  // Words that many parties share: a legal form, a trade, a big town.
+  EXPECT_LT(db_->Rank("Bellotti Trasporti Srl", "Zanardi Trasporti Srl"), 15);
+  EXPECT_LT(db_->Rank("Aurora Impianti Srl", "Milano Impianti Srl"), 15);
+  EXPECT_LT(db_->Rank("Ferramenta Rossi Snc", "Ferramenta Bianchi Snc"), 15);
+}
+
+TEST_F(FullTextRank, PlantedDuplicatesRankAboveThirty) {
+  int pairs = 0;
+  for (const bench::Party& p : db_->Parties()) {
+    if (p.duplicateOf == 0) continue;
+    ++pairs;
+    const bench::Party& original = db_->Parties()[static_cast<std::size_t>(p.duplicateOf - 1)];
+    EXPECT_GT(db_->Rank(p.ragioneSociale, original.ragioneSociale), 30)
+        << p.variant << ": " << p.ragioneSociale << " / " << original.ragioneSociale;
+  }
+  EXPECT_GT(pairs, 30);
+}
+
+TEST_F(FullTextRank, ACityRankAboveFiftyMeansTheSameTown) {
+  EXPECT_EQ(db_->Rank("Milano", "Milano", "Citta"), 1000);
+  EXPECT_GT(db_->Rank("Reggio Emilia", "Reggio nell'Emilia", "Citta"), 50);
+  EXPECT_GT(db_->Rank("SASSUOLO", "Sassuolo", "Citta"), 50);
+  EXPECT_LE(db_->Rank("Reggio Calabria", "Reggio nell'Emilia", "Citta"), 50);
+  EXPECT_LE(db_->Rank("San Giovanni Rotondo", "San Giovanni in Persiceto", "Citta"), 50);
+  EXPECT_LE(db_->Rank("Castelnuovo Rangone", "Castelnuovo del Garda", "Citta"), 50);
+  EXPECT_LE(db_->Rank("Milano", "Sesto San Giovanni", "Citta"), 50);
+}
+
+TEST_F(FullTextRank, TheIndexFindsExactlyTheRowsThatRankingEveryRowWouldKeep) {
+  const std::vector<std::string> texts{"Rossi Trasporti Srl", "Quasimodo Ferramenta", "Ferramenta Srl",
+                                       "Fratelli Bellotti", db_->Parties()[41].ragioneSociale,
+                                       db_->Parties()[1234].ragioneSociale};
+  for (const std::string& text : texts)
+    for (int floor : {1, 15, 31, 300}) {
+      std::vector<Hit> found = db_->Search(text, floor);
+      EXPECT_EQ(found, db_->RankAll(text, floor)) << text << " >= " << floor;
+      EXPECT_EQ(found, db_->Search(text, floor)) << "not deterministic: " << text;
+    }
+  EXPECT_EQ(db_->Search("Reggio Emilia", 51, "Citta"), db_->RankAll("Reggio Emilia", 51, "Citta"));
+}
+
+}  // namespace
+}  // namespace corvina20::test
