@@ -164,8 +164,16 @@ class Recordset {
   // Delete: removes the current row (Immediate: DELETE by key at once; Batch:
   // at UpdateBatch). The cursor stays on the deleted position: call MoveNext.
   void Delete();
-  // Writes every pending row (Batch). With nothing pending it is a no-op.
+  // Writes every pending row (Batch) and marks them saved. With nothing
+  // pending it is a no-op.
   void UpdateBatch();
+  // The two halves of UpdateBatch, for a write inside a transaction that may
+  // still roll back: WriteBatch writes the pending rows but keeps them
+  // pending (a generated key is filled in); AcceptBatch marks them saved once
+  // the transaction committed. After a rollback the rows are still pending and
+  // the next WriteBatch writes them again.
+  void WriteBatch();
+  void AcceptBatch();
   // Forgets every pending change (Batch).
   void CancelBatch();
   EditMode GetEditMode() const;

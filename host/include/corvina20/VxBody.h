@@ -56,8 +56,11 @@ class VxBody : public Control {
   RecordsetPtr Data() const { return data_; }
   long RowCount() const;
   // Writes the pending rows (link key and order column filled in for new rows)
-  // through the data's connection. No-op for an unbound grid.
+  // through the data's connection, inside the card's transaction: the rows
+  // stay pending until AcceptSaved (after the commit), so a save that rolls
+  // back writes them again next time. No-op for an unbound grid.
   void Save();
+  void AcceptSaved();
   bool SavedInThisTransaction() const { return saved_; }
   void ResetSaved() { saved_ = false; }
   const std::string& Table() const { return table_; }

@@ -305,6 +305,7 @@ bool Card::Save() {
     Restore(before);
     throw;
   }
+  for (VxBody* grid : grids_) grid->AcceptSaved();
   mode_ = kModeBrowse;
   ShowKey(key, false);
   if (ActionAfter) ActionAfter(kOpSave);

@@ -77,7 +77,11 @@ void VxBody::Save() {
         data_->Fields(orderColumn_) = Variant(static_cast<std::int32_t>(position));
     }
   }
-  data_->UpdateBatch();
+  data_->WriteBatch();
+}
+
+void VxBody::AcceptSaved() {
+  if (!table_.empty() && data_ && data_->IsOpen()) data_->AcceptBatch();
 }
 
 void VxBody::GoToRow(long row) {

@@ -82,8 +82,8 @@ struct Recordset::Impl {
 
   bool CanWrite() const { return connection && !sourceTable.empty(); }
 
-  // Writes one pending row to the database and marks it clean.
-  void Flush(Row& row) {
+  // Writes one pending row to the database (its state is left as it is).
+  void Write(Row& row) {
     if (CanWrite()) {
       data::RecordWriter writer(connection, sourceTable, fields, keyColumns);
       switch (row.state) {
@@ -100,8 +100,18 @@ struct Recordset::Impl {
           break;
       }
     }
+  }
+
+  // The row is now as the database holds it.
+  static void Accept(Row& row) {
     row.original = row.values;
     if (row.state != RowState::Deleted) row.state = RowState::Unchanged;
+  }
+
+  // Writes one pending row and marks it clean.
+  void Flush(Row& row) {
+    Write(row);
+    Accept(row);
   }
 
   // ADO updates a pending immediate edit before the cursor leaves the row.
@@ -329,10 +339,22 @@ void Recordset::Delete() {
 }
 
 void Recordset::UpdateBatch() {
+  WriteBatch();
+  AcceptBatch();
+}
+
+void Recordset::WriteBatch() {
   Impl& m = *impl_;
   m.RequireOpen();
   for (auto& row : m.rows)
-    if (row.state != RowState::Unchanged) m.Flush(row);
+    if (row.state != RowState::Unchanged) m.Write(row);
+}
+
+void Recordset::AcceptBatch() {
+  Impl& m = *impl_;
+  m.RequireOpen();
+  for (auto& row : m.rows)
+    if (row.state != RowState::Unchanged) Impl::Accept(row);
   std::erase_if(m.rows, [](const Impl::Row& r) { return r.state == RowState::Deleted; });
   long bookmark = m.AtRow() ? m.rows[m.view[static_cast<std::size_t>(m.pos)]].id : 0;
   m.RebuildView();

@@ -60,7 +60,7 @@ class CardCycle : public ::testing::Test {
       CREATE TABLE Parti (IdParte int NOT NULL PRIMARY KEY, Nome nvarchar(40) NOT NULL, Attivo bit);
       CREATE TABLE PartiExtra (IdParte int NOT NULL PRIMARY KEY, Nota nvarchar(100));
       CREATE TABLE Indirizzi (IdIndirizzo INTEGER PRIMARY KEY AUTOINCREMENT, IdParte int NOT NULL,
-                              NrRiga int, Via nvarchar(60));
+                              NrRiga int, Via nvarchar(60) CHECK (Via <> 'vietata'));
       INSERT INTO Parti VALUES (10, 'Alfa', 1), (20, 'Beta', 0), (30, 'Gamma', 1);
       INSERT INTO PartiExtra VALUES (10, 'prima');
       INSERT INTO Indirizzi (IdParte, NrRiga, Via) VALUES (10, 1, 'Via Roma 1');
@@ -128,6 +128,16 @@ TEST_F(CardCycle, AFailedSaveIsRolledBackWholeAndCanBeRetried) {
   ASSERT_TRUE(form.card.Save());
   EXPECT_EQ(Count("SELECT COUNT(*) FROM Parti WHERE IdParte = 40"), 1);
   EXPECT_EQ(Count("SELECT COUNT(*) FROM Indirizzi WHERE IdParte = 40"), 2);
+}
+
+TEST_F(CardCycle, GridRowsWrittenBeforeAFailureAreWrittenAgainOnTheNextSave) {
+  TypeNew(40, "Delta");
+  form.grid.AddRow({{"Via", Variant("vietata")}});  // the third row breaks the save
+  EXPECT_THROW(form.card.Save(), Error);
+  EXPECT_EQ(Count("SELECT COUNT(*) FROM Indirizzi WHERE IdParte = 40"), 0);
+  form.grid.SetCells(2, {{"Via", Variant("Via Verdi 4")}});
+  ASSERT_TRUE(form.card.Save());
+  EXPECT_EQ(Count("SELECT COUNT(*) FROM Indirizzi WHERE IdParte = 40"), 3);
 }
 
 TEST_F(CardCycle, EditSaveAndCancel) {
