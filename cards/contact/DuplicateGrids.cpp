@@ -1,0 +1,132 @@
+// The duplicates panel shared by the party cards: results into the grids,
+// captions, and the merge and deletion run on the selected rows.
+#include "cards/contact/DuplicateGrids.h"
+
+#include "cards/contact/CrmMerge.h"
+#include "cards/contact/DuplicateSearch.h"
+#include "module/modCardError.h"
+#include "module/modDatabaseUtility.h"
+#include "module/modErrorHandling.h"
+
+namespace vantor20 {
+namespace {
+
+constexpr std::int32_t kMsgNessunaSelezione = 974;
+constexpr std::int32_t kMsgConfermaCancellazione = 254;
+constexpr std::int32_t kMsgOperazioneCompletata = 1206;
+
+bool IsEmptyData(const RecordsetPtr& rs) {
+  return IsRecordsetClosed(rs) || (rs->IsBOF() && rs->IsEOF());
+}
+
+std::string CityClause(bool verificaCitta) { return verificaCitta ? " a parità di Città" : ""; }
+
+// The kind of the current row. A party's kind comes from a bit column and may
+// read as a boolean; only the lead's 2 matters to the merge.
+std::int16_t TipoAnagOf(const RecordsetPtr& rs) {
+  Variant tipo = FieldValue(rs, Variant("TipoAnag"));
+  return tipo.IsNull() ? std::int16_t{0} : tipo.ToInteger();
+}
+
+}  // namespace
+
+void NotifyHostDuplicates(DuplicatesNotice) {}
+
+std::string CaptionAnagraficheDoppie(int rank, std::string_view campo, bool verificaCitta) {
+  return "Anagrafiche con rank superiore a " + std::to_string(rank) + " o con " +
+         std::string(campo) + " uguale" + CityClause(verificaCitta);
+}
+
+std::string CaptionAnagraficheSimili(int rank, std::string_view campo, bool verificaCitta) {
+  // Two blanks before the rank: the caption has always read so.
+  return "Anagrafiche con rank tra 15 (valore minimo) e  " + std::to_string(rank) + " o con " +
+         std::string(campo) + " uguale" + CityClause(verificaCitta);
+}
+
+void ImpostaCaptionAnagraficheDoppie(corvina20::VxBody& doppie, corvina20::VxBody& simili) {
+  try {
+    const DuplicateSearchSettings settings = ReadDuplicateSearchSettings();
+    const std::string campo = CampiIdentificativi().front();
+    doppie.SetCaption(CaptionAnagraficheDoppie(settings.Threshold(), campo, settings.verificaCitta));
+    simili.SetCaption(CaptionAnagraficheSimili(settings.Threshold(), campo, settings.verificaCitta));
+  } catch (...) {
+    RaiseError(-1, "ImpostaCaptionAnagraficheDoppie");
+  }
+}
+
+bool MostraAnagraficheDoppie(const RecordsetPtr& record, std::int32_t idAnagrafica,
+                             bool contatto, corvina20::VxBody& doppie,
+                             corvina20::VxBody& simili, corvina20::Control& label) {
+  try {
+    const std::vector<std::string> campi = CampiIdentificativi();
+    RecordsetPtr found;
+    const bool duplicates = CercaAnagraficaDoppia(record, found, idAnagrafica, contatto, campi);
+    if (duplicates) {
+      doppie.SetData(found);
+      label.SetVisible(true);
+    } else {
+      label.SetVisible(false);
+      doppie.Clear();
+      simili.Clear();
+    }
+
+    RecordsetPtr similar;
+    if (CercaAnagraficheSimili(record, similar, idAnagrafica, contatto, campi) && !IsEmptyData(similar))
+      simili.SetData(similar);
+    else
+      simili.Clear();
+
+    ImpostaCaptionAnagraficheDoppie(doppie, simili);
+    return duplicates;
+  } catch (...) {
+    RaiseError(-1, "MostraAnagraficheDoppie");
+  }
+}
+
+void AcquisisciDatiAnagraficheDoppie(corvina20::VxBody& grid, std::int32_t idDestinazione) {
+  bool notified = false;
+  try {
+    RecordsetPtr rs = grid.Data();
+    if (IsEmptyData(rs)) return;
+    if (grid.Selection().empty()) {
+      ShowMessage(kMsgNessunaSelezione, corvina20::kStyleCritical);
+      return;
+    }
+    NotifyHostDuplicates(DuplicatesNotice::MergeBegins);
+    notified = true;
+    for (std::size_t i = 0; i < grid.Selection().size(); ++i) {
+      rs->SetBookmark(grid.SelectedBookmark(i));
+      UnisciAnagraficaCRM(rs, idDestinazione, TipoAnagOf(rs));
+    }
+    notified = false;
+    NotifyHostDuplicates(DuplicatesNotice::MergeEnds);
+    ShowMessage(kMsgOperazioneCompletata, corvina20::kStyleInformation);
+  } catch (...) {
+    if (notified) NotifyHostDuplicates(DuplicatesNotice::MergeEnds);
+    RaiseError(-1, "AcquisisciDatiAnagraficheDoppie");
+  }
+}
+
+void CancellaAnagraficheDoppie(corvina20::VxBody& grid) {
+  try {
+    RecordsetPtr rs = grid.Data();
+    // Unlike the merge, an empty grid is not told apart: it has no selection.
+    if (grid.Selection().empty() || IsRecordsetClosed(rs)) {
+      ShowMessage(kMsgNessunaSelezione, corvina20::kStyleCritical);
+      return;
+    }
+    if (ShowMessage(kMsgConfermaCancellazione, corvina20::kStyleYesNo) != corvina20::kAnswerYes)
+      return;
+    for (std::size_t i = 0; i < grid.Selection().size(); ++i) {
+      rs->SetBookmark(grid.SelectedBookmark(i));
+      const std::int32_t id = FieldValue(rs, Variant("Idanagrafica")).ToLong();
+      // Leaves the recordset at its end; the next row is found by bookmark.
+      EliminaAnagraficaCRM(rs, id, TipoAnagOf(rs));
+    }
+    ShowMessage(kMsgOperazioneCompletata, corvina20::kStyleInformation);
+  } catch (...) {
+    RaiseError(-1, "CancellaAnagraficheDoppie");
+  }
+}
+
+}  // namespace vantor20
