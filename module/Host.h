@@ -9,6 +9,7 @@
 #include "corvina20/DataObject.h"
 #include "corvina20/Error.h"
 #include "corvina20/FiscalChecks.h"
+#include "corvina20/FullText.h"
 #include "corvina20/Form.h"
 #include "corvina20/HostParameters.h"
 #include "corvina20/Items.h"

@@ -2,6 +2,8 @@
 // captions, and the merge and deletion run on the selected rows.
 #include "cards/contact/DuplicateGrids.h"
 
+#include "module/modMainModule.h"
+
 #include "cards/contact/CrmMerge.h"
 #include "cards/contact/DuplicateSearch.h"
 #include "module/modCardError.h"
@@ -30,7 +32,9 @@ std::int16_t TipoAnagOf(const RecordsetPtr& rs) {
 
 }  // namespace
 
-void NotifyHostDuplicates(DuplicatesNotice) {}
+void NotifyHostDuplicates(DuplicatesNotice notice) {
+  App().Notify(notice == DuplicatesNotice::MergeBegins ? "BeginUpdate" : "EndUpdate", {});
+}
 
 std::string CaptionAnagraficheDoppie(int rank, std::string_view campo, bool verificaCitta) {
   return "Anagrafiche con rank superiore a " + std::to_string(rank) + " o con " +

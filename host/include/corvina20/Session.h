@@ -72,6 +72,11 @@ class Session {
   virtual void OpenItem(std::string_view itemName, const std::vector<Variant>& args) = 0;
   // The folder the user chose, nullopt when cancelled.
   virtual std::optional<std::string> BrowseForFolder(std::string_view title) = 0;
+  // Tells the host something it may act on: "BeginUpdate" / "EndUpdate"
+  // around a batch of changes to parties (the host may hold its refreshes),
+  // "Refresh" with an item name (an open item should reload). A host that
+  // does not care ignores it; never an error.
+  virtual void Notify(std::string_view event, const std::vector<Variant>& args) = 0;
 };
 
 using SessionPtr = std::shared_ptr<Session>;

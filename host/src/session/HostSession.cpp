@@ -57,6 +57,12 @@ void HostSession::OpenItem(std::string_view itemName, const std::vector<Variant>
   std::clog << "corvina: apertura richiesta dell'elemento " << itemName << "\n";
 }
 
+void HostSession::Notify(std::string_view event, const std::vector<Variant>& args) {
+  std::string entry(event);
+  for (const Variant& a : args) entry += " " + a.Describe();
+  notifications_.push_back(std::move(entry));
+}
+
 std::optional<std::string> HostSession::BrowseForFolder(std::string_view title) {
   return dialog_->ChooseFolder(title);
 }

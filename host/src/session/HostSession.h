@@ -35,6 +35,9 @@ class HostSession final : public Session {
   std::string DocumentPath() override;
   void OpenItem(std::string_view itemName, const std::vector<Variant>& args) override;
   std::optional<std::string> BrowseForFolder(std::string_view title) override;
+  void Notify(std::string_view event, const std::vector<Variant>& args) override;
+  // The notifications received, oldest first ("BeginUpdate", "Refresh AnagraficaContatti").
+  const std::vector<std::string>& Notifications() const { return notifications_; }
 
   void SetWorkingDate(DateTime date) { workingDate_ = date; }
   Dialog& GetDialog() { return *dialog_; }
@@ -44,6 +47,7 @@ class HostSession final : public Session {
   std::shared_ptr<Dialog> dialog_;
   SessionOptions options_;
   DateTime workingDate_;
+  std::vector<std::string> notifications_;
 };
 
 // Today's date at midnight, local time.

@@ -46,6 +46,8 @@ TEST_F(DuplicateGrids, MergeNeedsRowsAndASelectionAndFollowsTheSelectionOrder) {
   AcquisisciDatiAnagraficheDoppie(grid, 40);
   EXPECT_EQ(Count("CRMAnagraficheProfilazione", "IdAnagrafica = 40"), 1);
   EXPECT_EQ(Count("CRMAnagraficheProfilazione", "IdAnagrafica = 40 AND Leads = 0"), 1);
+  // The host hears of the merge before and after the loop.
+  EXPECT_EQ(h.session->Notifications(), (std::vector<std::string>{"BeginUpdate", "EndUpdate"}));
 }
 
 TEST_F(DuplicateGrids, DeletionAsksFirstAndTouchesOnlyCrmData) {
