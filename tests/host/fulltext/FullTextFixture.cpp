@@ -24,7 +24,8 @@ int FullTextDb::Rank(const std::string& text, const std::string& row, const std:
                      const std::string& table) {
   data::ResultSet rs = db_.connection->Backend().Run("SELECT corvina_ft_rank(?, ?, ?, ?)",
                                                      {Variant(table), Variant(column), Variant(text), Variant(row)});
-  return rs.rows.at(0).at(0).ToLong();
+  const Variant& rank = rs.rows.at(0).at(0);
+  return rank.IsNull() ? -1 : rank.ToLong();
 }
 
 std::vector<Hit> FullTextDb::Search(const std::string& text, int minRank, const std::string& column,

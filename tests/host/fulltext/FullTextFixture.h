@@ -29,7 +29,8 @@ class FullTextDb {
   // Inserts one party of STDAnagrafiche (a customer) through the connection.
   void AddParty(std::int32_t id, const std::string& name, const std::string& city = "");
 
-  // corvina_ft_rank of `row` against `text` in the index of table.column.
+  // corvina_ft_rank of `row` against `text` in the index of table.column;
+  // -1 when it is NULL (the texts share no word).
   int Rank(const std::string& text, const std::string& row, const std::string& column = "RagioneSociale",
            const std::string& table = "STDAnagrafiche");
   // SELECT t.[KEY], t.Rank FROM FREETEXTTABLE(table, column, 'text') t

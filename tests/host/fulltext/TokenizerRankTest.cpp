@@ -83,8 +83,10 @@ TEST_F(FullTextRank, IdenticalTextsRankHighestWhateverTheirCaseAccentsAndApostro
   EXPECT_EQ(db_->Rank("D Amico Trasporti Srl", "D'Amico Trasporti Srl"), 1000);
   std::vector<Hit> hits = db_->Search("D Amico Trasporti Srl", 31);
   EXPECT_NE(std::find(hits.begin(), hits.end(), Hit{900004, 1000}), hits.end());
-  EXPECT_EQ(db_->Rank("Rossi", ""), 0);
-  EXPECT_EQ(db_->Rank("", "Rossi"), 0);
+  // Texts that share no word have no rank at all.
+  EXPECT_EQ(db_->Rank("Rossi", ""), -1);
+  EXPECT_EQ(db_->Rank("", "Rossi"), -1);
+  EXPECT_EQ(db_->Rank("Rossi", "Bianchi"), -1);
 }
 
 TEST_F(FullTextRank, OneDistinctiveWordRanksInTheSimilarBandCommonWordsBelowIt) {

@@ -13,7 +13,8 @@
 //   corvina_ft_match(T, C, text, min)    the FTS5 query of the rows of T.C
 //                                        that can rank min or more against text
 //   corvina_ft_rank(T, C, text, row)     the rank (0..1000) of row's text
-//                                        against text in the index of T.C
+//                                        against text in the index of T.C;
+//                                        NULL when they share no term
 // Not for: creating the indexes (FtsIndexes.h) or translating FREETEXTTABLE
 // (the T-SQL translator).
 #pragma once

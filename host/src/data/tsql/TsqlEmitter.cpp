@@ -278,6 +278,8 @@ void Emitter::WriteCoreBody(const SelectCore& core) {
 // visible; SQLite sees them all, so the name is qualified.
 void Emitter::WriteFrom(const FromClause& from) {
   const Name* freetext = from.first.freetext ? &from.first.alias : nullptr;
+  bool outerDrives = freeTextDrives_;
+  freeTextDrives_ = true;
   WriteTableRef(from.first);
   for (const Join& j : from.joins) {
     Put(j.kind == "," ? ", " : " " + j.kind + " ");
@@ -293,6 +295,7 @@ void Emitter::WriteFrom(const FromClause& from) {
       onFreeText_ = outer;
     }
   }
+  freeTextDrives_ = outerDrives;
 }
 
 int Emitter::FreeTextMinRank(const Name& alias, const Expr* on) const {
@@ -333,7 +336,8 @@ void Emitter::WriteString(std::string_view text) {
 
 void Emitter::WriteTableRef(const TableRef& ref) {
   if (ref.freetext) {
-    WriteFreeText(*ref.freetext, FreeTextMinRank(ref.alias, joinOn_));
+    WriteFreeText(*ref.freetext, FreeTextMinRank(ref.alias, joinOn_), freeTextDrives_);
+    freeTextDrives_ = false;
   } else if (ref.query) {
     Put("(");
     WriteSelect(*ref.query);

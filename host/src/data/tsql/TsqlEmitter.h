@@ -51,8 +51,10 @@ class Emitter {
   virtual void WriteColumnDefinition(const OutputColumn& column) = 0;
   // FREETEXTTABLE as a source of KEY and RANK, without its alias. `minRank`
   // is the least rank the statement keeps (0 when it keeps any): the
-  // backend need not produce rows below it.
-  virtual void WriteFreeText(const FreeTextSource& source, int minRank) = 0;
+  // backend need not produce rows below it. `drives` is true for the first
+  // FREETEXTTABLE of its FROM, which should find the rows through its index;
+  // the others are joined to rows already found.
+  virtual void WriteFreeText(const FreeTextSource& source, int minRank, bool drives) = 0;
   // 'text' as a string literal.
   void WriteString(std::string_view text);
 
@@ -73,6 +75,7 @@ class Emitter {
   const Expr* where_ = nullptr;      // WHERE of the SELECT being written
   const Expr* joinOn_ = nullptr;     // ON of the join whose source is being written
   const Name* onFreeText_ = nullptr; // while writing an ON: the FREETEXTTABLE that KEY/RANK name
+  bool freeTextDrives_ = true;       // no FREETEXTTABLE yet in the FROM being written
 };
 
 // The SQLite emitter.

@@ -157,30 +157,61 @@ class SqliteEmitter final : public Emitter {
     else Put(column.type);
   }
 
-  // FREETEXTTABLE(T, C, 'text') becomes a query of T.C's FTS5 index (docs/
-  // fulltext.md): the MATCH finds only the rows that can reach `minRank`,
-  // and corvina_ft_rank ranks each of them from its text. rowid is
-  // T.IdAnagrafica.
-  void WriteFreeText(const FreeTextSource& source, int minRank) override {
+  // FREETEXTTABLE(T, C, 'text'), see docs/fulltext.md. The driving one is
+  // a query of T.C's FTS5 index: the MATCH finds only the rows that can
+  // reach `minRank`, and corvina_ft_rank ranks each from its text, read from
+  // T by key (a plain seek, cheaper than the index's external-content read).
+  // The others read T by the key the join gives and rank that row: SQLite
+  // cannot tell which of two MATCHes is the more selective, and walking the
+  // index of a town's name would rank every party of a big town.
+  void WriteFreeText(const FreeTextSource& source, int minRank, bool drives) override {
     const Name index{fulltext::IndexTableName(source.table.text, source.column.text), true};
-    auto search = [&] {
+    const Name row{"CORft_row", true};
+    auto rank = [&] {
+      Put("corvina_ft_rank(");
       WriteString(source.table.text);
       Put(", ");
       WriteString(source.column.text);
       Put(", ");
       WriteString(source.text);
+      Put(", ");
+      WriteName(row);
+      Put(".");
+      WriteName(Name{source.column.text, true});
+      Put(")");
     };
-    Put("(SELECT rowid AS \"KEY\", corvina_ft_rank(");
-    search();
-    Put(", ");
-    WriteName(Name{source.column.text, true});
-    Put(") AS \"RANK\" FROM ");
-    WriteName(index);
-    Put(" WHERE ");
-    WriteName(index);
-    Put(" MATCH corvina_ft_match(");
-    search();
-    Put(", " + std::to_string(minRank) + "))");
+    Put("(SELECT ");
+    WriteName(row);
+    Put(".\"IdAnagrafica\" AS \"KEY\", ");
+    rank();
+    Put(" AS \"RANK\" FROM ");
+    if (drives) {
+      WriteName(index);
+      Put(" INNER JOIN ");
+    }
+    WriteName(Name{source.table.text, true});
+    Put(" AS ");
+    WriteName(row);
+    if (drives) {
+      Put(" ON ");
+      WriteName(row);
+      Put(".\"IdAnagrafica\" = ");
+      WriteName(index);
+      Put(".rowid WHERE ");
+      WriteName(index);
+      Put(" MATCH corvina_ft_match(");
+      WriteString(source.table.text);
+      Put(", ");
+      WriteString(source.column.text);
+      Put(", ");
+      WriteString(source.text);
+      Put(", " + std::to_string(minRank) + "))");
+    } else {
+      // A row sharing no word has no rank (NULL), as it has no index entry.
+      Put(" WHERE ");
+      rank();
+      Put(minRank > 0 ? " >= " + std::to_string(minRank) + ")" : " IS NOT NULL)");
+    }
   }
 
  private:
