@@ -89,7 +89,13 @@ class Search {
   // The unrounded rank of a row's text; negative when it shares no term.
   double Rank(std::string_view rowText) {
     double shared = 0, best = 0, rowWeight = 0;
-    for (const std::string& term : DistinctTerms(rowText)) {
+    std::vector<FtsToken> tokens = TokenizeText(rowText);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+      const std::string& term = tokens[i].term;
+      // Rows hold a handful of words: a linear look back finds repeats.
+      bool repeated = false;
+      for (std::size_t k = 0; k < i && !repeated; ++k) repeated = tokens[k].term == term;
+      if (repeated) continue;
       if (auto q = query_.find(term); q != query_.end()) {
         shared += q->second;
         best = std::max(best, q->second);
@@ -179,7 +185,9 @@ void RankFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
       sqlite3_result_null(ctx);
       return;
     }
-    double score = SearchOf(ctx, argv).Rank(Text(argv[3]));
+    const unsigned char* row = sqlite3_value_text(argv[3]);
+    std::string_view text(reinterpret_cast<const char*>(row), static_cast<std::size_t>(sqlite3_value_bytes(argv[3])));
+    double score = SearchOf(ctx, argv).Rank(text);
     if (score < 0) sqlite3_result_null(ctx);
     else sqlite3_result_int(ctx, RoundRank(score));
   });

@@ -128,6 +128,18 @@ std::vector<FtsToken> RawTokens(std::string_view text) {
   std::size_t i = 0;
   while (i < text.size()) {
     std::size_t at = i;
+    // Fast path: the ASCII letters and digits most names are made of.
+    char a = text[i];
+    if ((a >= 'a' && a <= 'z') || (a >= '0' && a <= '9') || (a >= 'A' && a <= 'Z')) {
+      if (!inWord) {
+        current.term.clear();
+        current.start = static_cast<int>(at);
+        inWord = true;
+      }
+      current.term += a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a;
+      current.end = static_cast<int>(++i);
+      continue;
+    }
     CharClass cls = Classify(Decode(text, i), folded);
     if (cls == CharClass::Separator) {
       if (inWord && !current.term.empty()) out.push_back(current);
@@ -135,7 +147,8 @@ std::vector<FtsToken> RawTokens(std::string_view text) {
       continue;
     }
     if (!inWord) {
-      current = FtsToken{"", static_cast<int>(at), static_cast<int>(at)};
+      current.term.clear();
+      current.start = current.end = static_cast<int>(at);
       inWord = true;
     }
     current.term += folded;
