@@ -46,7 +46,7 @@ std::vector<std::string> CampiIdentificativi();
 std::string TestoRicerca(const Variant& value);
 
 // ---- Query texts -------------------------------------------------------------
-// T is the table FullTextTableFor named; `value` and `city` are already
+// T is the table FullTextTable named; `value` and `city` are already
 // prepared by TestoRicerca. An empty `city` (or verificaCitta false) adds no
 // city join. Numbers are written in decimal.
 
