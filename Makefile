@@ -18,10 +18,12 @@ build: configure
 test: build
 	@ctest --preset default
 
+# The web host on the demo database (created with demo data when missing);
+# LISTEN=host:port changes its address (default 127.0.0.1:8080).
 run: build
 	@mkdir -p var
 	@test -f $(DB) || $(CORVINA) init --demo $(DB)
-	@scripts/demo $(CORVINA) $(DB)
+	@scripts/demo $(CORVINA) $(DB) $(LISTEN)
 
 clean:
 	rm -rf build build-release

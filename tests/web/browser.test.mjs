@@ -1,0 +1,253 @@
+// The web client in Chromium against a real `corvina serve` on a temporary
+// database: logging in (and being refused), the carrier card's save warning
+// answered from the browser, the refusal to delete a carrier named on a sales
+// document, an error shown with its number and trace, and a lookup's search
+// list. Each test asserts on what the user sees and, where a save is
+// involved, on the rows in the database.
+
+import { test, before, after, beforeEach } from 'node:test';
+import assert from 'node:assert/strict';
+import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
+
+const USER = 'anna';
+const PASSWORD = 'Segreta-1';
+const IN_USE = { id: 500, name: 'Trasporti In Uso S.r.l.' };
+
+let db;
+let server;
+let browser;
+let page;
+
+before(async () => {
+  // A carrier named as second carrier on the tail of a sales document.
+  db = createDatabase({
+    users: [[USER, PASSWORD]],
+    actions: [
+      { query: `INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Citta, Vettore) VALUES (${IN_USE.id}, '${IN_USE.name}', 'Bergamo', 1)` },
+      { query: 'INSERT INTO ATTDocTeste (IdDoc, TipoDocumento, IdAnagrafica) VALUES (9001, \'DDT\', 1)' },
+      { query: `INSERT INTO ATTDocCoda (IdDoc, IdVettore2) VALUES (9001, ${IN_USE.id})` },
+    ],
+  });
+  server = await startServer(db.db);
+  browser = await launchBrowser();
+});
+
+after(async () => {
+  await browser?.close();
+  await server?.stop();
+  db?.remove();
+});
+
+beforeEach(async () => {
+  // Every test starts logged out, in a page of its own.
+  await browser.context.clearCookies();
+  if (page) await page.close();
+  page = await browser.context.newPage();
+  page.on('pageerror', (e) => { throw e; });
+});
+
+async function logIn(user = USER, password = PASSWORD) {
+  await page.goto(server.url);
+  await page.fill('#login-user', user);
+  await page.fill('#login-password', password);
+  await page.click('.login-submit');
+}
+
+async function openCarriers() {
+  await page.click('.menu-item[data-item="AnagraficaVettori"]');
+  await page.waitForSelector('.panel:not([hidden]) .card-toolbar');
+  return page.locator('.panel:not([hidden])');
+}
+
+const field = (name) => page.locator(`.panel:not([hidden]) [data-control="${name}"] input`);
+const messageBox = () => page.locator('dialog.message-box[open]');
+const subtitle = () => page.locator('.panel:not([hidden]) .form-subtitle');
+
+test('a wrong login is refused and tells why; the right one shows the menu by kind, and survives a reload', async () => {
+  await logIn(USER, 'sbagliata');
+  await page.locator('.login-error').waitFor();
+  assert.equal(await page.locator('.login-error').textContent(), 'Utente o password errati.');
+  assert.equal(await page.locator('.shell').count(), 0);
+  assert.deepEqual(await browser.context.cookies(), []);
+
+  await page.fill('#login-password', PASSWORD);
+  await page.click('.login-submit');
+  await page.locator('.menu-item').first().waitFor();
+  assert.equal(await page.locator('.user-name').textContent(), USER);
+  assert.deepEqual(await page.locator('.menu-group-title').evaluateAll((els) => els.map((e) => e.firstChild.textContent)),
+    ['Schede', 'Stampe', 'Maschere attive']);
+  assert.equal(await page.locator('.menu-item[data-item="AnagraficaVettori"]').textContent(), 'Vettori');
+  assert.equal(await page.locator('.menu-item[data-item="CheckAnagrafiche"]').getAttribute('data-kind'), 'activeform');
+
+  // After a reload the session and the open form are still there, and a
+  // state-changing request still carries the CSRF token (GET /api/me).
+  await openCarriers();
+  await page.reload();
+  await page.locator('.tab[data-item="AnagraficaVettori"]').waitFor();
+  await page.click('.panel:not([hidden]) [data-tool="first"]');
+  await page.waitForFunction(() => /^Codice \d+/.test(document.querySelector('.panel:not([hidden]) .form-subtitle').textContent));
+  assert.notEqual(await field('txtRagioneSociale1').inputValue(), '');
+});
+
+test('a carrier without fiscal code and VAT number: the warning asks, No keeps the card, Yes saves it', async () => {
+  await logIn();
+  await openCarriers();
+  await page.click('[data-tool="new"]');
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .form-view').classList.contains('mode-new'));
+  const proposed = await field('numIdAnagrafica').inputValue();
+  assert.match(proposed, /^\d+$/);
+  assert.equal(await field('numIdAnagrafica').getAttribute('readonly'), '', 'the code is locked: the card numbers it');
+
+  await field('txtRagioneSociale1').fill('Trasporti Senza Codici');
+  await field('txtCitta').fill('Lecco');
+  await page.click('[data-tool="save"]');
+
+  const box = messageBox();
+  await box.waitFor();
+  assert.equal(await box.getAttribute('data-number'), '386');
+  assert.equal(await box.getAttribute('data-icon'), 'question');
+  const text = await box.locator('.message-text').textContent();
+  assert.ok(text.includes('Non sono stati indicati né la partita IVA né il codice fiscale.'), text);
+  assert.ok(text.includes('Si desidera continuare comunque?'), text);
+  assert.deepEqual(await box.locator('.buttons button').allTextContents(), ['Sì', 'No']);
+
+  await box.locator('button', { hasText: 'No' }).click();
+  await box.waitFor({ state: 'detached' });
+  await page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
+  assert.match(await subtitle().textContent(), /^Nuova scheda/);
+  assert.equal(await field('txtRagioneSociale1').inputValue(), 'Trasporti Senza Codici', 'what was typed stays');
+  assert.deepEqual(db.sql("SELECT IdAnagrafica FROM STDAnagrafiche WHERE RagioneSociale = 'Trasporti Senza Codici'"), []);
+
+  await page.keyboard.press('F9');
+  await messageBox().waitFor();
+  await messageBox().locator('button', { hasText: 'Sì' }).click();
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .form-view').classList.contains('mode-browse'));
+  const saved = await field('numIdAnagrafica').inputValue();
+  assert.equal(await subtitle().textContent(), `Codice ${saved}`);
+  assert.equal(await field('txtCitta').inputValue(), 'Lecco');
+  assert.deepEqual(db.sql(`SELECT RagioneSociale, Citta, Vettore FROM STDAnagrafiche WHERE IdAnagrafica = ${Number(saved)}`),
+    [{ RagioneSociale: 'Trasporti Senza Codici', Citta: 'Lecco', Vettore: 1 }]);
+  assert.equal(await page.locator('.tab.dirty').count(), 0);
+});
+
+test('a carrier named on a sales document is not deleted: message 147 names "Ciclo Attivo"', async () => {
+  await logIn();
+  await openCarriers();
+  await page.fill('.find-input', 'In Uso');
+  await page.press('.find-input', 'Enter');
+  await page.waitForFunction((id) => document.querySelector('.panel:not([hidden]) .form-subtitle').textContent === `Codice ${id}`, IN_USE.id);
+  assert.equal(await field('txtRagioneSociale1').inputValue(), IN_USE.name);
+
+  await page.click('[data-tool="delete"]');
+  const confirm = page.locator('dialog.confirm-box[open]');
+  await confirm.waitFor();
+  await confirm.locator('button', { hasText: 'Elimina' }).click();
+
+  const box = messageBox();
+  await box.waitFor();
+  assert.equal(await box.getAttribute('data-number'), '147');
+  assert.equal(await box.getAttribute('data-icon'), 'information');
+  assert.equal(await box.locator('.message-text').textContent(), 'Impossibile eliminare l\'anagrafica: risulta utilizzata per Ciclo Attivo.');
+  assert.deepEqual(await box.locator('.buttons button').allTextContents(), ['OK']);
+  await page.keyboard.press('Enter');
+  await box.waitFor({ state: 'detached' });
+  assert.equal(await subtitle().textContent(), `Codice ${IN_USE.id}`);
+  assert.deepEqual(db.sql(`SELECT Vettore FROM STDAnagrafiche WHERE IdAnagrafica = ${IN_USE.id}`), [{ Vettore: 1 }]);
+});
+
+test('an error reaches the user with its number and description, the trace folded; edits can be cancelled', async () => {
+  await logIn();
+  await openCarriers();
+  await page.click('[data-tool="last"]');
+  await page.waitForFunction(() => /^Codice \d+/.test(document.querySelector('.panel:not([hidden]) .form-subtitle').textContent));
+  await page.keyboard.press('F2');
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .form-view').classList.contains('mode-edit'));
+  assert.equal(await page.locator('.tab.dirty').count(), 1);
+
+  await field('dteFineValidita').fill('31/02/2024');
+  await field('dteFineValidita').press('Tab');
+  const box = page.locator('dialog.error-box[open]');
+  await box.waitFor();
+  assert.equal(await box.getAttribute('data-number'), '380');
+  assert.equal(await box.locator('.error-number').textContent(), 'Errore n. 380');
+  assert.match(await box.locator('.error-description').textContent(), /^Valore non valido per dteFineValidita/);
+  const details = box.locator('details.error-source');
+  assert.equal(await details.getAttribute('open'), null, 'the trace starts folded');
+  await details.locator('summary').click();
+  assert.notEqual((await details.locator('pre').textContent()).trim(), '');
+  await box.locator('button', { hasText: 'OK' }).click();
+  assert.equal(await field('dteFineValidita').inputValue(), '', 'the refused date is not kept');
+
+  await page.click('[data-tool="cancel"]');
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .form-view').classList.contains('mode-browse'));
+  assert.equal(await page.locator('.tab.dirty').count(), 0);
+});
+
+test('a lookup\'s search list finds by description and fills code and description', async () => {
+  await logIn();
+  await openCarriers();
+  await page.click('[data-tool="new"]');
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .form-view').classList.contains('mode-new'));
+  await field('cdoNazione').focus();
+  await page.keyboard.press('F4');
+  const list = page.locator('dialog.pick-list[open]');
+  await list.waitFor();
+  await list.locator('tbody tr').nth(1).waitFor();
+  const all = await list.locator('tbody tr').count();
+  await list.locator('.pick-search').fill('regno');
+  await page.waitForFunction(() => document.querySelectorAll('dialog.pick-list[open] tbody tr').length === 1);
+  assert.ok(all > 1, 'the list opens with every country');
+  assert.deepEqual(await list.locator('tbody tr td').allTextContents(), ['GB', 'Regno Unito']);
+  await page.keyboard.press('Enter');
+  await list.waitFor({ state: 'detached' });
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="cdoNazione"] .lookup-description').textContent === 'Regno Unito');
+  assert.equal(await field('cdoNazione').inputValue(), 'GB');
+
+  // Closing a card with unsaved changes asks first.
+  await page.click('.tab[data-item="AnagraficaVettori"] .tab-close');
+  const confirm = page.locator('dialog.confirm-box[open]');
+  await confirm.waitFor();
+  await confirm.locator('button', { hasText: 'Chiudi senza salvare' }).click();
+  await page.locator('.tab').waitFor({ state: 'detached' });
+  assert.equal(await page.locator('.welcome').isVisible(), true);
+});
+
+test('a grid: rows added and deleted in edit mode, rows selected, its popup menu; cancel leaves the database as it was', async () => {
+  await logIn();
+  await page.click('.menu-item[data-item="AnagraficaAttivita"]');
+  const grid = page.locator('.panel:not([hidden]) [data-control="bdyDettaglio"]');
+  await grid.waitFor();
+  await page.click('.panel:not([hidden]) [data-tool="first"]');
+  await grid.locator('tbody tr').nth(1).waitFor();
+  const before = db.sql('SELECT Anno, PlafondDisponibile FROM COGParametriIvaAttivitaRighe ORDER BY Anno');
+  assert.equal(await grid.locator('tbody tr').count(), 2);
+  assert.equal(await grid.locator('tbody tr:first-child td:nth-of-type(1)').textContent(), '2024', 'a year has no thousands dot');
+  assert.equal(await grid.locator('button', { hasText: 'Aggiungi riga' }).isVisible(), false, 'browsing: rows are read-only');
+
+  await page.keyboard.press('F2');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-edit');
+  await grid.locator('button', { hasText: 'Aggiungi riga' }).click();
+  await page.waitForFunction(() => document.querySelectorAll('.panel:not([hidden]) [data-control="bdyDettaglio"] tbody tr').length === 3);
+
+  await grid.locator('tbody tr:nth-child(3) td').first().click();
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="bdyDettaglio"] .grid-count').textContent === '3 righe, 1 selezionata');
+  await grid.locator('button', { hasText: 'Elimina riga' }).click();
+  await page.waitForFunction(() => document.querySelectorAll('.panel:not([hidden]) [data-control="bdyDettaglio"] tbody tr').length === 2);
+
+  // Ctrl+click adds to the selection; the popup menu offers the grid's items.
+  await grid.locator('tbody tr:nth-child(1) td').first().click();
+  await grid.locator('tbody tr:nth-child(2) td').first().click({ modifiers: ['Control'] });
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="bdyDettaglio"] .grid-count').textContent === '2 righe, 2 selezionate');
+  await grid.locator('tbody tr:nth-child(2) td').first().click({ button: 'right' });
+  const menu = page.locator('.popup-menu');
+  await menu.waitFor();
+  assert.deepEqual(await menu.locator('.popup-item').allTextContents(), ['Calcola ProRata', 'Calcola Plafond Annuale']);
+  await menu.locator('.popup-item', { hasText: 'Calcola Plafond Annuale' }).click();
+  await menu.waitFor({ state: 'detached' });
+  await page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
+  assert.equal(await page.locator('dialog[open]').count(), 0, 'no error');
+
+  await page.click('.panel:not([hidden]) [data-tool="cancel"]');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+  assert.deepEqual(db.sql('SELECT Anno, PlafondDisponibile FROM COGParametriIvaAttivitaRighe ORDER BY Anno'), before);
+});
