@@ -5,7 +5,7 @@
 // list. Each test asserts on what the user sees and, where a save is
 // involved, on the rows in the database.
 
-import { test, before, after, beforeEach } from 'node:test';
+import { test, before, after, beforeEach, afterEach } from 'node:test';
 import assert from 'node:assert/strict';
 import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
 
@@ -17,6 +17,7 @@ let db;
 let server;
 let browser;
 let page;
+let faults; // script errors and refused resources seen by the page
 
 before(async () => {
   // A carrier named as second carrier on the tail of a sales document.
@@ -43,7 +44,15 @@ beforeEach(async () => {
   await browser.context.clearCookies();
   if (page) await page.close();
   page = await browser.context.newPage();
-  page.on('pageerror', (e) => { throw e; });
+  faults = [];
+  page.on('pageerror', (e) => faults.push(`script: ${e.message}`));
+  page.on('console', (m) => {
+    if (m.type() === 'error' && /Content Security Policy|Refused to/.test(m.text())) faults.push(`csp: ${m.text()}`);
+  });
+});
+
+afterEach(() => {
+  assert.deepEqual(faults, [], 'the page ran without script errors or refused resources');
 });
 
 async function logIn(user = USER, password = PASSWORD) {
@@ -250,4 +259,57 @@ test('a grid: rows added and deleted in edit mode, rows selected, its popup menu
   await page.click('.panel:not([hidden]) [data-tool="cancel"]');
   await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
   assert.deepEqual(db.sql('SELECT Anno, PlafondDisponibile FROM COGParametriIvaAttivitaRighe ORDER BY Anno'), before);
+});
+
+test('a dialog still waiting when the page is reloaded comes back, and its answer lands', async () => {
+  await logIn();
+  await openCarriers();
+  await page.click('[data-tool="new"]');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-new');
+  await field('txtRagioneSociale1').fill('Trasporti Dopo Ricarica');
+  await page.click('[data-tool="save"]');
+  await messageBox().waitFor();
+
+  await page.reload();
+  const box = messageBox();
+  await box.waitFor();
+  assert.equal(await box.getAttribute('data-number'), '386');
+  await box.locator('button', { hasText: 'Sì' }).click();
+  await page.locator('.tab[data-item="AnagraficaVettori"]').waitFor();
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+  assert.equal(await field('txtRagioneSociale1').inputValue(), 'Trasporti Dopo Ricarica');
+  assert.deepEqual(db.sql("SELECT Vettore FROM STDAnagrafiche WHERE RagioneSociale = 'Trasporti Dopo Ricarica'"), [{ Vettore: 1 }]);
+});
+
+test('a session that ends brings the login back with a notice', async () => {
+  await logIn();
+  await openCarriers();
+  // The session ends behind the page's back (as on expiry).
+  await page.evaluate(async () => {
+    const me = await (await fetch('/api/me')).json();
+    await fetch('/api/logout', { method: 'POST', headers: { 'X-CSRF-Token': me.csrf, 'Content-Type': 'application/json' }, body: '{}' });
+  });
+  await page.click('[data-tool="first"]');
+  await page.locator('.login-error').waitFor();
+  assert.equal(await page.locator('.login-error').textContent(), 'La sessione è scaduta: accedere di nuovo.');
+});
+
+// Last: the address stays refused for a minute afterwards.
+test('repeated wrong logins are refused for a while, even with the right password', async () => {
+  await page.goto(server.url);
+  const error = page.locator('.login-error');
+  let refused = false;
+  for (let i = 0; i < 6 && !refused; i++) {
+    await page.fill('#login-user', USER);
+    await page.fill('#login-password', `sbagliata-${i}`);
+    await page.click('.login-submit');
+    await page.waitForFunction(() => !document.querySelector('.login-submit').disabled && !document.querySelector('.login-error').hidden);
+    refused = (await error.textContent()).startsWith('Troppi tentativi');
+  }
+  assert.ok(refused, 'the limit of failed logins is reached');
+  await page.fill('#login-password', PASSWORD);
+  await page.click('.login-submit');
+  await page.waitForFunction(() => !document.querySelector('.login-submit').disabled);
+  assert.equal(await error.textContent(), 'Troppi tentativi di accesso: riprovare fra un minuto');
+  assert.equal(await page.locator('.shell').count(), 0);
 });

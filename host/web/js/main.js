@@ -32,7 +32,7 @@ function showLogin(message = '') {
   sessionStorage.removeItem(FORMS_KEY);
   sessionStorage.removeItem(ACTIVE_KEY);
   app.views.clear();
-  const user = h('input', { id: 'login-user', name: 'user', autocomplete: 'username', required: true, autofocus: true, spellcheck: false });
+  const user = h('input', { id: 'login-user', name: 'user', autocomplete: 'username', required: true, spellcheck: false });
   const password = h('input', { id: 'login-password', name: 'password', type: 'password', autocomplete: 'current-password', required: true });
   const error = h('p', { class: 'login-error', role: 'alert', hidden: !message }, message);
   const submit = h('button', { type: 'submit', class: 'primary login-submit' }, 'Accedi');

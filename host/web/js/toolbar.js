@@ -50,11 +50,12 @@ export function createCardToolbar(view) {
   const menuButton = h('button', { type: 'button', class: 'tool', title: 'Altre azioni della scheda', 'aria-haspopup': 'menu', dataset: { tool: 'popup' } }, icon('more'), h('span', null, 'Azioni'));
   menuButton.addEventListener('click', () => view.cardPopup({ anchor: menuButton }));
 
+  const popupGroup = h('div', { class: 'tool-group' }, menuButton);
   const el = h('div', { class: 'toolbar card-toolbar', role: 'toolbar', 'aria-label': 'Comandi della scheda' },
     h('div', { class: 'tool-group' }, buttons.new, buttons.edit, buttons.save, buttons.delete, buttons.cancel),
     h('div', { class: 'tool-group' }, buttons.first, buttons.previous, buttons.next, buttons.last),
     h('div', { class: 'tool-group find-group' }, findInput, findButton),
-    h('div', { class: 'tool-group' }, menuButton));
+    popupGroup);
 
   return {
     el,
@@ -71,7 +72,7 @@ export function createCardToolbar(view) {
       for (const m of ['first', 'previous', 'next', 'last']) buttons[m].disabled = !on || !browsing;
       findInput.disabled = !browsing;
       findButton.disabled = !browsing;
-      menuButton.hidden = !visibleItems(card.popup).some((i) => i.caption !== '-');
+      popupGroup.hidden = !visibleItems(card.popup).some((i) => i.caption !== '-');
     },
   };
 }
