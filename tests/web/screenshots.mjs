@@ -31,6 +31,7 @@ try {
   await page.click('[data-tool="first"]');
   await page.waitForFunction(() => /^Codice/.test(document.querySelector('.panel:not([hidden]) .form-subtitle').textContent));
   await page.evaluate(() => document.activeElement.blur());
+  await page.mouse.move(900, 700); // no button left hovered
   await shot('carrier-card.png');
 
   await page.click('[data-tool="new"]');

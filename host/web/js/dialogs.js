@@ -139,7 +139,7 @@ function columnsOf(row) {
 // A list to pick a row from, with a search box that asks `search(text)` for
 // rows (debounced). columns: [{key, caption, align, format}], or null to take
 // them from the rows. Resolves with the row chosen, or null.
-export function pickList({ title, columns = null, search, initial = '', placeholder = 'Cerca…', rows: firstRows = null, emptyText = 'Nessun risultato' }) {
+export function pickList({ title, columns = null, search, initial = '', placeholder = 'Cerca…', rows: firstRows = null, emptyText = 'Nessun risultato', current = null }) {
   const id = `pick-${++seq}`;
   return modal('pick-list', (dialog, close) => {
     dialog.setAttribute('aria-labelledby', id);
@@ -174,7 +174,10 @@ export function pickList({ title, columns = null, search, initial = '', placehol
         ondblclick: () => { highlight(i); choose(); },
       }, cols.map((c) => h('td', { class: c.align || '' }, c.format ? c.format(row[c.key]) : (row[c.key] ?? ''))))));
       status.textContent = rows.length ? `${rows.length} ${rows.length === 1 ? 'riga' : 'righe'}` : emptyText;
-      highlight(rows.length ? 0 : -1);
+      // The row of the value the field holds, when listed; else the first.
+      const first = cols[0]?.key;
+      const mine = current == null ? -1 : rows.findIndex((r) => first && String(r[first]) === String(current));
+      highlight(rows.length ? Math.max(mine, 0) : -1);
     };
     const run = async () => {
       clearTimeout(timer);

@@ -208,6 +208,7 @@ function lookupField(c, ctx) {
     const row = await pickList({
       title: `Ricerca: ${c.caption || c.lookup}`,
       initial: typed,
+      current: c.value,
       placeholder: 'Codice o descrizione',
       search: async (text) => (await ctx.perform({ lookup: c.name, search: text }))?.result?.rows || [],
     });

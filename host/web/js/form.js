@@ -96,8 +96,9 @@ export class FormView {
   // ---- keyboard ----
 
   onKey(e) {
-    if (e.defaultPrevented || e.target.closest('dialog')) return;
+    if (e.defaultPrevented || e.target.closest?.('dialog')) return;
     const inText = e.target.matches('input:not([readonly]):not([type=checkbox]):not([type=radio]), textarea, select');
+    const inGrid = !!e.target.closest('.grid');
     // Enter moves to the next field, as in the desktop forms.
     if (e.key === 'Enter' && e.target.matches('.field input:not([type=checkbox]):not([type=radio])') && !e.altKey && !e.ctrlKey) {
       e.preventDefault();
@@ -122,14 +123,14 @@ export class FormView {
         return;
       }
       if (e.key === 'f' && e.ctrlKey) { e.preventDefault(); if (browsing) this.cardBar.focusFind(); return; }
-      if (e.key === 'Escape' && !browsing && !e.target.closest('.cell-editor')) {
+      if (e.key === 'Escape' && !browsing) {
         e.preventDefault();
         this.commitPending();
         confirmBox('Annullare le modifiche non salvate?', { title: 'Annulla', yes: 'Annulla le modifiche', no: 'Continua' })
           .then((ok) => ok && this.press('cancel'));
         return;
       }
-      if (browsing && !inText && !e.target.closest('.grid')) {
+      if (browsing && !inText && !inGrid) {
         if (e.key === 'PageUp') { e.preventDefault(); this.press('previous'); return; }
         if (e.key === 'PageDown') { e.preventDefault(); this.press('next'); return; }
         if (e.key === 'Home' && e.ctrlKey) { e.preventDefault(); this.press('first'); return; }

@@ -95,7 +95,8 @@ export function createGrid(c, ctx) {
 
   function drawHead() {
     headRow.replaceChildren(h('th', { class: 'rownum', scope: 'col' }, '#'),
-      ...columns.map((col) => h('th', { scope: 'col', class: NUMERIC.has(col.kind) ? 'num' : '', title: col.editable ? '' : 'Colonna non modificabile' }, col.caption || col.field)));
+      ...columns.map((col) => h('th', { scope: 'col', class: NUMERIC.has(col.kind) ? 'num' : '', title: col.editable ? '' : 'Colonna non modificabile' },
+        col.caption || col.field, col.currency ? h('span', { class: 'col-currency' }, col.currency) : null)));
   }
 
   function drawBody() {

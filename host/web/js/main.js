@@ -309,6 +309,8 @@ document.addEventListener('keydown', (e) => {
   if (!ui || !app.user || document.querySelector('dialog[open]')) return;
   if (e.altKey && !e.ctrlKey && (e.key === 'm' || e.key === 'M')) { e.preventDefault(); ui.filter.focus(); ui.filter.select(); }
   if (e.altKey && !e.ctrlKey && (e.key === 'w' || e.key === 'W') && app.active != null) { e.preventDefault(); requestClose(app.active); }
+  // With nothing focused (after a click on an empty spot) the keys still reach the form shown.
+  if (!e.defaultPrevented && (e.target === document.body || e.target === document.documentElement)) app.views.get(app.active)?.view.onKey(e);
 });
 
 // ---- start ---------------------------------------------------------------
