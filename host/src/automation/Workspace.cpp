@@ -287,6 +287,15 @@ json Workspace::Perform(const json& action, const Emit& emit) {
     bool done = f.card->Load(FromJson(action.at("load")));
     return {{"loaded", action.at("load")}, {"done", done}, {"mode", f.card->Mode()}, {"key", ToJson(f.card->KeyValue())}};
   }
+  // A grid action may carry "set" too ({"grid":…,"row":N,"set":{…}}): grid first.
+  if (action.contains("grid")) return Grid(action);
+  if (action.contains("click")) {
+    std::string name = action.at("click").get<std::string>();
+    auto* button = Find<Button>(*Current().GetForm(), name);
+    if (!button) Bad("pulsante sconosciuto: " + name);
+    button->Press();
+    return {{"clicked", name}, {"done", true}};
+  }
   if (action.contains("set")) {
     std::string name = action.at("set").get<std::string>();
     Control* c = Current().GetForm()->FindControl(name);
@@ -296,7 +305,6 @@ json Workspace::Perform(const json& action, const Emit& emit) {
     else c->Type(FromJson(action.at("value")));
     return {{"set", name}, {"value", ToJson(c->Value())}};
   }
-  if (action.contains("grid")) return Grid(action);
   if (action.contains("popup")) {
     OpenedItem& f = Current();
     if (!f.card) Bad("la maschera non ha una scheda");
@@ -352,8 +360,14 @@ json Workspace::State() const {
   const OpenedItem& f = Current();
   const Form& form = *f.GetForm();
   json controls = json::array();
-  for (const auto& c : form.Controls()) controls.push_back(Describe(*c));
-  json state = {{"formId", selected_}, {"item", f.name}, {"kind", f.kind}, {"form", form.Name()}, {"controls", controls}};
+  json focus = nullptr;
+  for (const auto& c : form.Controls()) {
+    controls.push_back(Describe(*c));
+    // The field a handler asked to put the focus on (the last one wins).
+    if (c->TakeFocusRequest()) focus = c->Name();
+  }
+  json state = {{"formId", selected_}, {"item", f.name}, {"kind", f.kind}, {"form", form.Name()},
+                {"focus", focus}, {"controls", controls}};
   if (f.card) {
     state["mode"] = f.card->Mode();
     state["key"] = ToJson(f.card->KeyValue());
