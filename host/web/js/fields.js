@@ -335,12 +335,11 @@ function labelField(c) {
   };
 }
 
-// The automation has no action for a form's command buttons: they are shown
-// so the form reads as designed, and say so when pressed.
+// A form's own command button: pressing it runs the form's handler.
 function buttonField(c, ctx) {
   const b = h('button', { type: 'button', class: 'form-button', id: ctx.id(c.name), dataset: { control: c.name, kind: 'button' } }, c.caption);
   const el = h('div', { class: `field kind-button span-${spanOf(c)}` }, b);
-  b.addEventListener('click', () => ctx.note(`Il comando «${c.caption}» non è disponibile nel client web`));
+  b.addEventListener('click', () => ctx.perform({ click: c.name }));
   return {
     el,
     focus: () => b.focus(),
