@@ -261,6 +261,27 @@ test('a grid: rows added and deleted in edit mode, rows selected, its popup menu
   assert.deepEqual(db.sql('SELECT Anno, PlafondDisponibile FROM COGParametriIvaAttivitaRighe ORDER BY Anno'), before);
 });
 
+test('a grid cell typed in edit mode is saved with the card', async () => {
+  await logIn();
+  await page.click('.menu-item[data-item="AnagraficaAttivita"]');
+  const grid = page.locator('.panel:not([hidden]) [data-control="bdyDettaglio"]');
+  await grid.waitFor();
+  await page.click('.panel:not([hidden]) [data-tool="first"]');
+  await grid.locator('tbody tr').nth(1).waitFor();
+  const year = Number(await grid.locator('tbody tr:first-child td:nth-of-type(1)').textContent());
+  await page.keyboard.press('F2');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-edit');
+  // The second column is the pro-rata percentage.
+  await grid.locator('tbody tr:first-child td:nth-of-type(2)').dblclick();
+  const editor = grid.locator('input.cell-editor');
+  await editor.fill('55,5');
+  await editor.press('Enter');
+  await page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
+  await page.keyboard.press('F9');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+  assert.deepEqual(db.sql(`SELECT PercProRata FROM COGParametriIvaAttivitaRighe WHERE Anno = ${year} ORDER BY CodAttivita LIMIT 1`), [{ PercProRata: 55.5 }]);
+});
+
 test('a dialog still waiting when the page is reloaded comes back, and its answer lands', async () => {
   await logIn();
   await openCarriers();
