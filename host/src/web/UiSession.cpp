@@ -154,7 +154,8 @@ Outcome UiSession::Submit(const json& action) {
   if (impl_->busy) {
     refused.error = json{{"number", kErrHost},
                          {"source", "Corvina20.Web"},
-                         {"description", "Un messaggio attende risposta: rispondere prima di continuare"}};
+                         {"description", impl_->pending ? "Un messaggio attende risposta: rispondere prima di continuare"
+                                                        : "Un'altra operazione è in corso: attendere che finisca"}};
     refused.dialog = impl_->pending;
     return refused;
   }
