@@ -108,11 +108,12 @@ TEST_F(FreeTextTable, TheTranslationMatchesOnlyRowsAboveTheFloorAndQualifiesKey)
       data::SqlDialect::Sqlite, {});
   ASSERT_EQ(sql.statements.size(), 1u);
   const std::string& s = sql.statements[0];
-  EXPECT_NE(s.find("MATCH corvina_ft_match('STDAnagrafiche', 'RagioneSociale', 'D Amico', 31)"), std::string::npos) << s;
-  // The second search checks the rows the first one found: no MATCH of its own.
-  EXPECT_NE(s.find("WHERE corvina_ft_rank('STDAnagrafiche', 'Citta', 'Forlì', \"CORft_row\".\"Citta\") >= 51)"),
-            std::string::npos) << s;
-  EXPECT_EQ(s.find("MATCH corvina_ft_match('STDAnagrafiche', 'Citta'"), std::string::npos) << s;
+  // The first search drives, from 31 up (the WHERE's t1.Rank > 30; the
+  // second condition asks less).
+  EXPECT_NE(s.find("corvina_ft_search('STDAnagrafiche', 'RagioneSociale', 'D Amico', 31, 1) AS t1"), std::string::npos) << s;
+  // The second checks the rows the first one found, from 51 up (the ON's 50 < t2.Rank).
+  EXPECT_NE(s.find("corvina_ft_search('STDAnagrafiche', 'Citta', 'Forlì', 51, 0) AS t2"), std::string::npos) << s;
+  EXPECT_EQ(s.find("MATCH"), std::string::npos) << s;
   EXPECT_NE(s.find("ON T.IdAnagrafica = t1.\"KEY\""), std::string::npos) << s;
   EXPECT_EQ(sql.columnTypes, (std::vector<std::string>{"int"}));
 

@@ -24,6 +24,7 @@ class FullTextDb {
   explicit FullTextDb(std::size_t parties = 0);
 
   ConnectionPtr Conn() const { return db_.connection; }
+  const std::string& Path() const { return db_.path; }
   const std::vector<bench::Party>& Parties() const { return parties_; }
 
   // Inserts one party of STDAnagrafiche (a customer) through the connection.
@@ -37,8 +38,8 @@ class FullTextDb {
   // WHERE t.Rank >= minRank, best first (then by key), through the T-SQL path.
   std::vector<Hit> Search(const std::string& text, int minRank, const std::string& column = "RagioneSociale",
                           const std::string& table = "STDAnagrafiche");
-  // Every row of table.column ranked without the index (rank >= minRank),
-  // best first: what Search must give.
+  // Every row of table.column ranked from its text (rank >= minRank), best
+  // first, then by key: what Search must give.
   std::vector<Hit> RankAll(const std::string& text, int minRank, const std::string& column = "RagioneSociale",
                            const std::string& table = "STDAnagrafiche");
 

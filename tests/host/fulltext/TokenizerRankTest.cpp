@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "FullTextFixture.h"
+#include "data/Backend.h"
 #include "data/fulltext/FtsRank.h"
 #include "data/fulltext/FtsTokenizer.h"
 
@@ -41,8 +42,8 @@ TEST(FullTextCandidates, TheMatchAsksOnlyForTermsThatCanLiftARowToTheFloor) {
   auto w = [](double df) { return data::fulltext::TermWeight(df, 100000); };
   std::vector<WeightedTerm> q{{"rossi", w(300), true}, {"trasporti", w(2000), true}, {"srl", w(35000), true}};
   EXPECT_EQ(CandidateQuery(q, 0), "\"rossi\" OR \"trasporti\" OR \"srl\"");
-  // Above 30 a row needs rossi and one more word; "trasporti srl" alone cannot.
-  EXPECT_EQ(CandidateQuery(q, 31), "(\"rossi\" AND (\"trasporti\" OR \"srl\"))");
+  // Above 30 a row needs rossi: "trasporti srl" alone cannot get there.
+  EXPECT_EQ(CandidateQuery(q, 31), "\"rossi\"");
   // From 15 up rossi alone is enough (a distinctive word), trasporti is not.
   EXPECT_EQ(CandidateQuery(q, 15), "\"rossi\"");
   // A floor no row can reach, and a text without indexed words, match nothing.
@@ -134,6 +135,57 @@ TEST_F(FullTextRank, TheIndexFindsExactlyTheRowsThatRankingEveryRowWouldKeep) {
       EXPECT_EQ(found, db_->Search(text, floor)) << "not deterministic: " << text;
     }
   EXPECT_EQ(db_->Search("Reggio Emilia", 51, "Citta"), db_->RankAll("Reggio Emilia", 51, "Citta"));
+}
+
+TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds) {
+  Connection& c = *db_->Conn();
+  auto rowids = [&](const std::string& match) {
+    std::vector<std::int64_t> keys;
+    for (const auto& row : c.Backend().Run("SELECT rowid FROM CORft_STDAnagrafiche_RagioneSociale WHERE "
+                                           "CORft_STDAnagrafiche_RagioneSociale MATCH ? ORDER BY rowid",
+                                           {Variant(match)}).rows)
+      keys.push_back(row[0].ToBigInt());
+    return keys;
+  };
+  auto frequency = [&](const std::string& term) {
+    return c.Backend().Run("SELECT corvina_ft_frequency('STDAnagrafiche', 'RagioneSociale', ?)", {Variant(term)})
+        .rows[0][0].ToLong();
+  };
+  int split = 0;
+  for (const std::string& text : {std::string("Rossi Trasporti Srl"), std::string("Quasimodo Ferramenta Snc"),
+                                  db_->Parties()[41].ragioneSociale, db_->Parties()[1234].ragioneSociale,
+                                  std::string("Fratelli Bellotti Costruzioni di Rossi Mario & C. Snc")})
+    for (int floor : {1, 15, 31, 300}) {
+      std::vector<WeightedTerm> weighted;
+      for (const std::string& t : DistinctTerms(text))
+        weighted.push_back({t, data::fulltext::TermWeight(frequency(t), frequency("")), frequency(t) > 0});
+      std::vector<data::fulltext::CandidatePart> parts = data::fulltext::CandidateParts(weighted, floor);
+      // Each row of the candidate query in the part of its heaviest term, and
+      // ranked no higher than that part's bound.
+      std::vector<std::int64_t> joined;
+      std::string heavier;
+      int previous = 1000;
+      for (const data::fulltext::CandidatePart& part : parts) {
+        EXPECT_LE(part.bound, previous) << text;
+        previous = part.bound;
+        std::vector<std::int64_t> earlier = heavier.empty() ? std::vector<std::int64_t>{} : rowids(heavier);
+        for (std::int64_t key : rowids(data::fulltext::QuoteTerm(part.term))) {
+          if (std::binary_search(earlier.begin(), earlier.end(), key)) continue;
+          joined.push_back(key);
+          std::string row = c.Backend().Run("SELECT RagioneSociale FROM STDAnagrafiche WHERE IdAnagrafica = ?",
+                                            {Variant(key)}).rows[0][0].ToString();
+          EXPECT_LE(db_->Rank(text, row), part.bound) << text << " / " << row;
+        }
+        heavier += (heavier.empty() ? "" : " OR ") + data::fulltext::QuoteTerm(part.term);
+      }
+      std::sort(joined.begin(), joined.end());
+      EXPECT_EQ(joined, rowids(CandidateQuery(weighted, floor))) << text << " >= " << floor;
+      // Every row that reaches the floor is among them.
+      for (const Hit& h : db_->RankAll(text, floor))
+        EXPECT_TRUE(std::binary_search(joined.begin(), joined.end(), h.key)) << text << " >= " << floor << ": " << h.key;
+      if (parts.size() > 1) ++split;
+    }
+  EXPECT_GT(split, 3);
 }
 
 }  // namespace

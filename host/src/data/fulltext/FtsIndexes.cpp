@@ -1,8 +1,7 @@
 // The catalogue's full-text indexes on SQLite; see FtsIndexes.h. Each index
-// of T.C is an external-content FTS5 table (the text stays in T only), a table
-// of term frequencies, and three triggers on T. The update trigger fires only
-// when C or the key really changes, since cards write every bound field on
-// save.
+// of T.C is an external-content FTS5 table (the text stays in T only), a
+// change log, and three triggers on T. The update trigger fires only when C
+// or the key really changes, since cards write every bound field on save.
 #include "data/fulltext/FtsIndexes.h"
 
 #include <set>
@@ -34,44 +33,50 @@ bool IsPlainName(const std::string& s) {
   return true;
 }
 
+// How many entries the change log keeps: a connection whose mirror is
+// further behind reloads it whole (FtsMirror.h).
+constexpr int kLogEntries = 10000;
+
 std::vector<std::string> DropStatements(const std::string& table, const std::string& column) {
   std::string index = IndexTableName(table, column);
   return {"DROP TRIGGER IF EXISTS " + Q(index + "_ai"), "DROP TRIGGER IF EXISTS " + Q(index + "_ad"),
           "DROP TRIGGER IF EXISTS " + Q(index + "_au"), "DROP TABLE IF EXISTS " + Q(index),
-          "DROP TABLE IF EXISTS " + Q(FrequencyTableName(table, column))};
+          "DROP TABLE IF EXISTS " + Q(LogTableName(table, column)),
+          // the term frequencies of version 1, now counted by the mirrors
+          "DROP TABLE IF EXISTS " + Q("CORftdf_" + table + "_" + column)};
 }
 
 std::vector<std::string> CreateStatements(const std::string& table, const std::string& column) {
   const std::string index = Q(IndexTableName(table, column));
-  const std::string df = Q(FrequencyTableName(table, column));
-  const std::string t = Q(table), c = Q(column), key = Q(kKey);
+  const std::string log = Q(LogTableName(table, column));
+  const std::string c = Q(column), key = Q(kKey);
   const std::string name = IndexTableName(table, column);
-  auto add = [&](const std::string& row) {
-    return "INSERT INTO " + df + " (term, df) SELECT value, 1 FROM json_each(corvina_ft_terms(" + row + "." + c +
-           ")) WHERE true ON CONFLICT (term) DO UPDATE SET df = df + 1;";
+  // Each change logs the key it touched under a random tag, and the log
+  // keeps its last kLogEntries entries.
+  auto logged = [&](const std::string& row) {
+    return "INSERT INTO " + log + " (id, tag) VALUES (" + row + "." + key + ", random());";
   };
-  auto remove = [&](const std::string& row) {
-    std::string terms = "(SELECT value FROM json_each(corvina_ft_terms(" + row + "." + c + ")))";
-    return "UPDATE " + df + " SET df = df - 1 WHERE term IN " + terms + "; DELETE FROM " + df +
-           " WHERE df <= 0 AND term IN " + terms + ";";
-  };
+  const std::string prune = "DELETE FROM " + log + " WHERE seq <= (SELECT max(seq) FROM " + log + ") - " +
+                            std::to_string(kLogEntries) + ";";
   std::string insertRow = "INSERT INTO " + index + " (rowid, " + c + ") VALUES (new." + key + ", new." + c + ");";
   std::string deleteRow = "INSERT INTO " + index + " (" + index + ", rowid, " + c + ") VALUES ('delete', old." +
                           key + ", old." + c + ");";
   return {
       "CREATE VIRTUAL TABLE " + index + " USING fts5(" + c + ", content='" + table + "', content_rowid='" + kKey +
           "', tokenize='corvina', detail=none, columnsize=0)",
-      "CREATE TABLE " + df + " (term TEXT NOT NULL PRIMARY KEY, df INTEGER NOT NULL) WITHOUT ROWID",
+      "CREATE TABLE " + log + " (seq INTEGER PRIMARY KEY, id INTEGER, tag INTEGER NOT NULL)",
       "INSERT INTO " + index + " (" + index + ") VALUES ('rebuild')",
-      "INSERT INTO " + df + " (term, df) SELECT j.value, count(*) FROM " + t + " AS r, json_each(corvina_ft_terms(r." +
-          c + ")) AS j GROUP BY j.value",
-      "CREATE TRIGGER " + Q(name + "_ai") + " AFTER INSERT ON " + t + " BEGIN " + insertRow + " " + add("new") +
-          " END",
-      "CREATE TRIGGER " + Q(name + "_ad") + " AFTER DELETE ON " + t + " BEGIN " + deleteRow + " " +
-          remove("old") + " END",
-      "CREATE TRIGGER " + Q(name + "_au") + " AFTER UPDATE OF " + c + ", " + key + " ON " + t + " WHEN old." + c +
-          " IS NOT new." + c + " OR old." + key + " IS NOT new." + key + " BEGIN " + deleteRow + " " +
-          remove("old") + " " + insertRow + " " + add("new") + " END",
+      // A first entry of no row: a mirror of an index built anew never
+      // takes it for the one it knew.
+      "INSERT INTO " + log + " (id, tag) VALUES (NULL, random())",
+      "CREATE TRIGGER " + Q(name + "_ai") + " AFTER INSERT ON " + Q(table) + " BEGIN " + insertRow + " " +
+          logged("new") + " " + prune + " END",
+      "CREATE TRIGGER " + Q(name + "_ad") + " AFTER DELETE ON " + Q(table) + " BEGIN " + deleteRow + " " +
+          logged("old") + " " + prune + " END",
+      "CREATE TRIGGER " + Q(name + "_au") + " AFTER UPDATE OF " + c + ", " + key + " ON " + Q(table) + " WHEN old." +
+          c + " IS NOT new." + c + " OR old." + key + " IS NOT new." + key + " BEGIN " + deleteRow + " " +
+          insertRow + " " + logged("old") + " INSERT INTO " + log + " (id, tag) SELECT new." + key +
+          ", random() WHERE new." + key + " IS NOT old." + key + "; " + prune + " END",
   };
 }
 

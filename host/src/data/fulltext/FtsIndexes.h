@@ -9,10 +9,12 @@ namespace corvina20::data::fulltext {
 
 // Bumped whenever the tokenizer or the tables of an index change: indexes
 // built by another version are rebuilt.
-inline constexpr int kIndexVersion = 1;
+// 2: a change log for the connections' mirrors instead of a table of term
+// frequencies.
+inline constexpr int kIndexVersion = 2;
 
 // Makes the database's indexes those of the catalogue: creates each missing
-// index (FTS5 table, term frequencies, triggers) and fills it from the rows
+// index (FTS5 table, change log, triggers) and fills it from the rows
 // already there, rebuilds one of another version, drops those the catalogue
 // no longer lists. Records them in CORFullText (NomeIndice, Tabella, Colonna,
 // Versione). Idempotent: on an up-to-date database it changes nothing.

@@ -1,8 +1,8 @@
 // The rank of FREETEXTTABLE: how alike a searched text and an indexed row
-// are, as an integer 0..1000, and the FTS5 query that finds the only rows
-// that can reach a given rank. Pure arithmetic on term weights; the weights
-// come from the document frequencies kept beside each index (FtsSqlite.cpp).
-// docs/fulltext.md gives the formula with worked examples.
+// are, as an integer 0..1000, and the searched words a row must hold to reach
+// a given rank. Pure arithmetic on term weights; the weights come from the
+// document frequencies the connection's mirror of each index counts
+// (FtsMirror.h). docs/fulltext.md gives the formula with worked examples.
 #pragma once
 
 #include <string>
@@ -45,10 +45,25 @@ struct WeightedTerm {
   bool indexed = false;  // some row of the index holds it (df > 0)
 };
 
-// The FTS5 MATCH expression (terms quoted, AND/OR) that every row able to
-// reach `minRank` satisfies, built from the terms whose weight can matter.
-// With minRank <= 0 it is the OR of every indexed term. "\"\"" (an empty
-// phrase, which matches nothing) when no row can reach minRank.
+// The searched terms a row must hold one of to reach `minRank`, heaviest
+// first, each with the highest rank a row can have whose heaviest searched
+// term it is (never more than the term before's): a row holding only the
+// k-th term and lighter ones ranks at most UB(k-th and all lighter ones).
+// With minRank <= 0 every indexed term. A search that gives its rows best
+// first reads the terms' rows one term at a time and stops when the next
+// term cannot beat what it has.
+struct CandidatePart {
+  std::string term;
+  int bound = 0;
+};
+std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms, int minRank);
+
+// The FTS5 MATCH expression of the rows able to reach `minRank`: the OR of
+// the CandidateParts' terms, quoted. "\"\"" (an empty phrase, which matches
+// nothing) when no row can reach minRank.
 std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank);
+
+// `term` as an FTS5 string.
+std::string QuoteTerm(const std::string& term);
 
 }  // namespace corvina20::data::fulltext

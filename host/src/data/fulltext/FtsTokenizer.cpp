@@ -120,8 +120,8 @@ bool IsLetters(std::string_view s) {
 }
 
 // Words as the text writes them, before abbreviations are handled.
-std::vector<FtsToken> RawTokens(std::string_view text) {
-  std::vector<FtsToken> out;
+void RawTokens(std::string_view text, std::vector<FtsToken>& out) {
+  out.clear();
   FtsToken current;
   bool inWord = false;
   std::string folded;
@@ -155,32 +155,37 @@ std::vector<FtsToken> RawTokens(std::string_view text) {
     current.end = static_cast<int>(i);
   }
   if (inWord && !current.term.empty()) out.push_back(current);
-  return out;
 }
 
 }  // namespace
 
 std::vector<FtsToken> TokenizeText(std::string_view text) {
-  std::vector<FtsToken> raw = RawTokens(text);
   std::vector<FtsToken> out;
+  TokenizeText(text, out);
+  return out;
+}
+
+void TokenizeText(std::string_view text, std::vector<FtsToken>& out) {
+  thread_local std::vector<FtsToken> raw;
+  RawTokens(text, raw);
+  out.clear();
   for (std::size_t k = 0; k < raw.size(); ++k) {
     FtsToken token = raw[k];
     // "S.r.l.", "S.p.A.", "F.lli", "P.zza", "V.le": a single letter, a dot
     // and at once a short word are one abbreviation. "V.Roma" is two words.
-    std::string last = token.term;
-    while (last.size() == 1 && IsLetters(last) && k + 1 < raw.size() &&
+    std::size_t last = k;  // the last piece joined
+    while (raw[last].term.size() == 1 && IsLetters(raw[last].term) && k + 1 < raw.size() &&
            static_cast<std::size_t>(token.end) < text.size() && text[static_cast<std::size_t>(token.end)] == '.' &&
            raw[k + 1].start == token.end + 1 && raw[k + 1].term.size() <= 3 && IsLetters(raw[k + 1].term)) {
       ++k;
       token.term += raw[k].term;
       token.end = raw[k].end;
-      last = raw[k].term;
+      last = k;
     }
     for (const Abbreviation& a : kAbbreviations)
       if (token.term == a.written) token.term = a.full;
     out.push_back(std::move(token));
   }
-  return out;
 }
 
 std::vector<std::string> DistinctTerms(std::string_view text) {

@@ -22,6 +22,9 @@ struct FtsToken {
 // Every token of `text` in order, repetitions included. Invalid UTF-8 bytes
 // are separators. Empty for a text without letters or digits.
 std::vector<FtsToken> TokenizeText(std::string_view text);
+// The same into `out` (replacing what it held), for callers that tokenize
+// row after row and keep the vector's memory.
+void TokenizeText(std::string_view text, std::vector<FtsToken>& out);
 
 // The distinct terms of `text`, in order of first appearance.
 std::vector<std::string> DistinctTerms(std::string_view text);

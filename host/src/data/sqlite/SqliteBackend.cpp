@@ -105,7 +105,7 @@ class SqliteBackend final : public Backend {
     RunScript("PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;");
     fulltext::RegisterFullText(db_);
   }
-  ~SqliteBackend() override { sqlite3_close_v2(db_); }
+  ~SqliteBackend() override { fulltext::ReleaseFullText(db_); sqlite3_close_v2(db_); }
 
   SqlDialect Dialect() const override { return SqlDialect::Sqlite; }
   std::string Name() const override { return "sqlite"; }

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "core/Text.h"
-#include "data/fulltext/FtsSqlite.h"
 #include "data/tsql/TsqlEmitter.h"
 #include "data/tsql/TsqlError.h"
 #include "data/tsql/TsqlTypes.h"
@@ -157,61 +156,21 @@ class SqliteEmitter final : public Emitter {
     else Put(column.type);
   }
 
-  // FREETEXTTABLE(T, C, 'text'), see docs/fulltext.md. The driving one is
-  // a query of T.C's FTS5 index: the MATCH finds only the rows that can
-  // reach `minRank`, and corvina_ft_rank ranks each from its text, read from
-  // T by key (a plain seek, cheaper than the index's external-content read).
-  // The others read T by the key the join gives and rank that row: SQLite
-  // cannot tell which of two MATCHes is the more selective, and walking the
-  // index of a town's name would rank every party of a big town.
+  // FREETEXTTABLE(T, C, 'text'), see docs/fulltext.md: the search table
+  // corvina_ft_search with the least rank the statement keeps (read from its
+  // WHERE and the join's ON) and whether it drives the query. The first one
+  // of a FROM drives: it finds its rows through its index. The others (the
+  // city match t2) rank the rows already found, by key: SQLite cannot tell
+  // which of two searches is the more selective, and walking the index of a
+  // town's name would rank every party of a big town.
   void WriteFreeText(const FreeTextSource& source, int minRank, bool drives) override {
-    const Name index{fulltext::IndexTableName(source.table.text, source.column.text), true};
-    const Name row{"CORft_row", true};
-    auto rank = [&] {
-      Put("corvina_ft_rank(");
-      WriteString(source.table.text);
-      Put(", ");
-      WriteString(source.column.text);
-      Put(", ");
-      WriteString(source.text);
-      Put(", ");
-      WriteName(row);
-      Put(".");
-      WriteName(Name{source.column.text, true});
-      Put(")");
-    };
-    Put("(SELECT ");
-    WriteName(row);
-    Put(".\"IdAnagrafica\" AS \"KEY\", ");
-    rank();
-    Put(" AS \"RANK\" FROM ");
-    if (drives) {
-      WriteName(index);
-      Put(" INNER JOIN ");
-    }
-    WriteName(Name{source.table.text, true});
-    Put(" AS ");
-    WriteName(row);
-    if (drives) {
-      Put(" ON ");
-      WriteName(row);
-      Put(".\"IdAnagrafica\" = ");
-      WriteName(index);
-      Put(".rowid WHERE ");
-      WriteName(index);
-      Put(" MATCH corvina_ft_match(");
-      WriteString(source.table.text);
-      Put(", ");
-      WriteString(source.column.text);
-      Put(", ");
-      WriteString(source.text);
-      Put(", " + std::to_string(minRank) + "))");
-    } else {
-      // A row sharing no word has no rank (NULL), as it has no index entry.
-      Put(" WHERE ");
-      rank();
-      Put(minRank > 0 ? " >= " + std::to_string(minRank) + ")" : " IS NOT NULL)");
-    }
+    Put("corvina_ft_search(");
+    WriteString(source.table.text);
+    Put(", ");
+    WriteString(source.column.text);
+    Put(", ");
+    WriteString(source.text);
+    Put(", " + std::to_string(minRank) + (drives ? ", 1)" : ", 0)"));
   }
 
  private:
