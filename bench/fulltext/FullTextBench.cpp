@@ -4,8 +4,9 @@
 // against a naive OR query that ranks every matching row. Each repetition is
 // one card (one sampled party), so the median and p90 are across parties.
 //   build-release/bin/fulltext_bench [--n=N] [--benchmark_filter=…]
-// Databases are kept in $CORVINA_BENCH_DIR (default /tmp/corvina-bench) and
-// reused when they hold the expected number of parties.
+// Databases are kept in $CORVINA_BENCH_DIR (default build-release/bench-data)
+// and reused when they hold the expected number of parties (their indexes
+// brought to the current version first).
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -104,7 +105,7 @@ Register& RegisterOf(std::size_t n) {
   Register& r = *slot;
 
   const char* env = std::getenv("CORVINA_BENCH_DIR");
-  std::filesystem::path dir = env && *env ? env : "/tmp/corvina-bench";
+  std::filesystem::path dir = env && *env ? env : CORVINA_BENCH_CACHE;
   std::filesystem::create_directories(dir);
   std::string path = (dir / ("fulltext-" + std::to_string(n) + ".db")).string();
   corvina20::bench::GeneratorOptions options;
@@ -133,6 +134,8 @@ Register& RegisterOf(std::size_t n) {
     corvina20::data::fulltext::EnsureFullTextIndexes(*r.connection);
     r.connection->ExecuteNative("ANALYZE");
   }
+  if (!fresh && corvina20::data::fulltext::EnsureFullTextIndexes(*r.connection) > 0)
+    r.connection->ExecuteNative("ANALYZE");
   Connection& db = *r.connection;
   for (int i = 0; i < kSample; ++i) {
     const Party& p = parties[static_cast<std::size_t>(i) * n / kSample + 7 % (n / kSample)];

@@ -4,11 +4,14 @@
 // drawn by population, so the big ones are common words of the town index.
 #include "PartyGenerator.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
+#include <unordered_set>
 
 #include "data/Backend.h"
+#include "data/fulltext/FtsTokenizer.h"
 
 namespace corvina20::bench {
 namespace {
@@ -52,6 +55,11 @@ constexpr std::string_view kPrefixes[] = {
 constexpr std::string_view kSuffixes[] = {"etti", "otti", "ini", "oni", "elli", "ucci", "azzi",
                                           "ato",  "ari",  "ieri", "esi", "ola", "ardi", "ero",
                                           "ino",  "one",  "ale", "oli", "uzzi", "anti"};
+// Middle syllables of the wide tail's surnames ("Bel" + "la" + "otti").
+constexpr std::string_view kMiddles[] = {
+    "ba", "be", "bi", "ca", "ce", "chi", "da", "de", "di", "fa", "fe", "ga", "ghe", "la",
+    "le", "li", "lo", "ma", "me", "mi", "na", "ne", "ni", "pa", "pe", "ra", "re", "ri",
+    "ro", "sa", "se", "ta", "te", "ti", "to", "va", "ve", "vi", "za", "zo"};
 constexpr std::string_view kFirstNames[] = {
     "Mario", "Luigi", "Giuseppe", "Giovanni", "Antonio", "Francesco", "Paolo", "Marco", "Andrea",
     "Stefano", "Roberto", "Alessandro", "Luca", "Matteo", "Davide", "Simone", "Nicola", "Carlo",
@@ -150,9 +158,16 @@ std::string SyntheticSurname(Random& r) {
          std::string(kSuffixes[r.Skewed(std::size(kSuffixes), 1.4)]);
 }
 
-std::string Surname(Random& r) {
-  if (r.Chance(0.3)) return std::string(kCommonSurnames[r.Skewed(std::size(kCommonSurnames), 1.5)]);
-  return SyntheticSurname(r);
+std::string Surname(Random& r, bool wide) {
+  if (!wide) {
+    if (r.Chance(0.3)) return std::string(kCommonSurnames[r.Skewed(std::size(kCommonSurnames), 1.5)]);
+    return SyntheticSurname(r);
+  }
+  double x = r.Unit();
+  if (x < 0.15) return std::string(kCommonSurnames[r.Skewed(std::size(kCommonSurnames), 1.5)]);
+  if (x < 0.35) return SyntheticSurname(r);
+  return std::string(kPrefixes[r.Skewed(std::size(kPrefixes), 1.3)]) + std::string(r.Pick(kMiddles)) +
+         std::string(kSuffixes[r.Skewed(std::size(kSuffixes), 1.2)]);
 }
 
 const Town& PickTown(Random& r) {
@@ -341,11 +356,11 @@ std::pair<std::string, std::string> Rewrite(Random& r, const std::string& name) 
   return {Upper(name), "maiuscole"};
 }
 
-Party Original(Random& r, std::int32_t id) {
+Party Original(Random& r, std::int32_t id, bool wideSurnames) {
   Party p;
   p.id = id;
   const Town& town = PickTown(r);
-  std::string surname = Surname(r);
+  std::string surname = Surname(r, wideSurnames);
   bool person = false;
   std::string first;
   double x = r.Unit();
@@ -383,6 +398,19 @@ Party Original(Random& r, std::int32_t id) {
   return p;
 }
 
+// The words of a name without its legal form, in order: two originals with
+// the same key would be two parties no name search can tell apart.
+std::string NameKey(const std::string& name) {
+  std::vector<std::string> terms = data::fulltext::DistinctTerms(name);
+  std::erase_if(terms, [](const std::string& t) {
+    return t == "srl" || t == "srls" || t == "spa" || t == "snc" || t == "sas";
+  });
+  std::sort(terms.begin(), terms.end());
+  std::string key;
+  for (const std::string& t : terms) key += t + " ";
+  return key;
+}
+
 }  // namespace
 
 std::vector<Party> GenerateParties(std::size_t count, const GeneratorOptions& options) {
@@ -390,6 +418,7 @@ std::vector<Party> GenerateParties(std::size_t count, const GeneratorOptions& op
   std::vector<Party> out;
   out.reserve(count);
   std::int32_t id = options.firstId;
+  std::unordered_set<std::string> names;
   while (out.size() < count) {
     bool duplicate = !out.empty() && r.Chance(options.duplicateShare);
     if (duplicate) {
@@ -403,7 +432,14 @@ std::vector<Party> GenerateParties(std::size_t count, const GeneratorOptions& op
       std::tie(d.ragioneSociale, d.variant) = Rewrite(r, source->ragioneSociale);
       out.push_back(std::move(d));
     } else {
-      out.push_back(Original(r, id++));
+      Party p = Original(r, id, options.wideSurnames);
+      // Drawn again while the name is taken; a few hundred misses in a row
+      // would mean the names are used up, and the name is kept.
+      for (int attempt = 0; options.distinctNames && attempt < 500 && !names.insert(NameKey(p.ragioneSociale)).second;
+           ++attempt)
+        p = Original(r, id, options.wideSurnames);
+      ++id;
+      out.push_back(std::move(p));
     }
   }
   return out;

@@ -33,6 +33,15 @@ struct GeneratorOptions {
   std::uint64_t seed = 20;
   std::int32_t firstId = 1;
   double duplicateShare = 0.02;  // share of the parties that are planted duplicates
+  // Surnames of the long tail also of three syllables (about 40,000 instead
+  // of 1,000), so that at a million parties a tail surname is still in a
+  // handful of rows, as in a real register.
+  bool wideSurnames = false;
+  // Originals never share the words of their name, the legal form aside (no
+  // two "Rossi Trasporti" whatever their form): every pair of alike names is
+  // then a planted duplicate, and a duplicate search can be scored against
+  // them alone.
+  bool distinctNames = false;
 };
 
 // `count` parties with ids firstId, firstId + 1, … A planted duplicate
