@@ -6,9 +6,9 @@
 
 namespace vantor20 {
 
-std::int32_t LastErrorNumber = 0;
-std::string LastErrorDescription;
-std::string LastErrorText;
+thread_local std::int32_t LastErrorNumber = 0;
+thread_local std::string LastErrorDescription;
+thread_local std::string LastErrorText;
 
 std::string FillMessage(std::int32_t number, const std::vector<std::string>& args) {
   std::string message;

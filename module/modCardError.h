@@ -15,10 +15,11 @@
 
 namespace vantor20 {
 
-// The module-wide error state (0 / empty when clear).
-extern std::int32_t LastErrorNumber;
-extern std::string LastErrorDescription;
-extern std::string LastErrorText;
+// The module-wide error state (0 / empty when clear), per UI thread like the
+// session reference (modMainModule.h).
+extern thread_local std::int32_t LastErrorNumber;
+extern thread_local std::string LastErrorDescription;
+extern thread_local std::string LastErrorText;
 
 // Message `number` with each "%s" filled in turn by `args` (the first "%s"
 // still in the text each time; surplus arguments are dropped); "" when the

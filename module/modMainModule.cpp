@@ -3,7 +3,7 @@
 
 namespace vantor20 {
 
-SessionPtr objApplication;
+thread_local SessionPtr objApplication;
 
 corvina20::Session& App() {
   if (!objApplication)

@@ -150,6 +150,15 @@ TEST_F(WebApi, SessionsSavingAtTheSameMomentEachLandTheirOwnRecord) {
   ASSERT_EQ(bruno.Login("bruno", "segreta2"), 200);
   int fa = anna.OpenCarriers(), fb = bruno.OpenCarriers();
 
+  // Each session's module talks to its own user: Anna's warning reaches Anna,
+  // although Bruno logged in after her.
+  anna.Act(fa, {{"press", "new"}});
+  json warned = anna.Act(fa, {{"press", "save"}});
+  ASSERT_EQ(warned["dialog"]["number"], 386) << warned.dump();
+  EXPECT_EQ(anna.Answer(fa, 7)["result"]["done"], false);
+  EXPECT_EQ(bruno.Get("/api/me")->body.find("\"dialog\":null") != std::string::npos, true);
+  anna.Act(fa, {{"press", "cancel"}});
+
   // Editing different carriers at once.
   anna.Act(fa, {{"load", 1}});
   bruno.Act(fb, {{"load", 2}});

@@ -158,7 +158,8 @@ class SqliteBackend final : public Backend {
     if (sqlite3_exec(db_, text.c_str(), nullptr, nullptr, &err) != SQLITE_OK) {
       std::string msg = err ? err : sqlite3_errmsg(db_);
       sqlite3_free(err);
-      throw Error(kErrDatabase, "Corvina20.SQLite", msg);
+      throw Error(kErrDatabase, "Corvina20.SQLite",
+                  msg + " [" + (text.size() > 80 ? text.substr(0, 80) + "…" : text) + "]");
     }
   }
 
