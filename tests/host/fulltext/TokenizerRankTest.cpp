@@ -18,6 +18,7 @@ using data::fulltext::CandidateQuery;
 using data::fulltext::DistinctTerms;
 using data::fulltext::WeightedTerm;
 using Terms = std::vector<std::string>;
+constexpr double kName = data::fulltext::kNameLikenessPower;
 
 TEST(FullTextTokenizer, FoldsCaseAccentsAndPunctuationAndWritesOutAbbreviations) {
   EXPECT_EQ(DistinctTerms("Società Agricola SAN MARÒ"), (Terms{"societa", "agricola", "san", "maro"}));
@@ -41,20 +42,42 @@ TEST(FullTextCandidates, TheMatchAsksOnlyForTermsThatCanLiftARowToTheFloor) {
   // Weights as in an index of 100000 rows: rossi in 300, trasporti in 2000, srl in 35000.
   auto w = [](double df) { return data::fulltext::TermWeight(df, 100000); };
   std::vector<WeightedTerm> q{{"rossi", w(300), true}, {"trasporti", w(2000), true}, {"srl", w(35000), true}};
-  EXPECT_EQ(CandidateQuery(q, 0), "\"rossi\" OR \"trasporti\" OR \"srl\"");
+  EXPECT_EQ(CandidateQuery(q, 0, kName), "\"rossi\" OR \"trasporti\" OR \"srl\"");
   // Above 30 a row needs rossi: "trasporti srl" alone cannot get there.
-  EXPECT_EQ(CandidateQuery(q, 31), "\"rossi\"");
+  EXPECT_EQ(CandidateQuery(q, 31, kName), "\"rossi\"");
   // From 15 up rossi alone is enough (a distinctive word), trasporti is not.
-  EXPECT_EQ(CandidateQuery(q, 15), "\"rossi\"");
+  EXPECT_EQ(CandidateQuery(q, 15, kName), "\"rossi\"");
   // A floor no row can reach, and a text without indexed words, match nothing.
-  EXPECT_EQ(CandidateQuery(q, 1001), "\"\"");
-  EXPECT_EQ(CandidateQuery({{"zzz", w(0), false}}, 1), "\"\"");
+  EXPECT_EQ(CandidateQuery(q, 1001, kName), "\"\"");
+  EXPECT_EQ(CandidateQuery({{"zzz", w(0), false}}, 1, kName), "\"\"");
   // A word no row holds weighs the most and counts against every row: here
   // it keeps them all from 31, while the distinctive word still reaches 15.
   std::vector<WeightedTerm> withUnknown = q;
   withUnknown.push_back({"qwertz", w(0), false});
-  EXPECT_EQ(CandidateQuery(withUnknown, 31), "\"\"");
-  EXPECT_EQ(CandidateQuery(withUnknown, 15), "\"rossi\"");
+  EXPECT_EQ(CandidateQuery(withUnknown, 31, kName), "\"\"");
+  EXPECT_EQ(CandidateQuery(withUnknown, 15, kName), "\"rossi\"");
+}
+
+TEST(FullTextCandidates, EachIndexHasTheLikenessPowerOfItsCatalogueLine) {
+  using data::fulltext::LikenessPower;
+  EXPECT_EQ(LikenessPower("STDAnagrafiche", "RagioneSociale"), data::fulltext::kNameLikenessPower);
+  EXPECT_EQ(LikenessPower("stdanagrafiche", "INDIRIZZO"), data::fulltext::kNameLikenessPower);
+  EXPECT_EQ(LikenessPower("CRMAnagrafiche", "RagioneSociale2"), data::fulltext::kNameLikenessPower);
+  EXPECT_EQ(LikenessPower("STDAnagrafiche", "Citta"), data::fulltext::kTownLikenessPower);
+  EXPECT_EQ(LikenessPower("CRMAnagrafiche", "citta"), data::fulltext::kTownLikenessPower);
+  EXPECT_EQ(LikenessPower("STDAnagrafiche", "NotIndexed"), data::fulltext::kNameLikenessPower);
+  // A lower power lets a row sharing fewer of the weighted words reach the
+  // floor, so the candidates follow the power the rows are ranked with.
+  auto w = [](double df) { return data::fulltext::TermWeight(df, 100000); };
+  std::vector<WeightedTerm> q{{"reggio", w(800), true}, {"emilia", w(900), true}, {"nell", w(400), true}};
+  EXPECT_GT(data::fulltext::RankScore(w(800) + w(900), w(800) + w(900) + w(400), w(800) + w(900), w(800), 11),
+            data::fulltext::RankScore(w(800) + w(900), w(800) + w(900) + w(400), w(800) + w(900), w(800), 15));
+  for (int floor : {31, 51, 300}) {
+    std::vector<data::fulltext::CandidatePart> town = data::fulltext::CandidateParts(q, floor, 11);
+    std::vector<data::fulltext::CandidatePart> name = data::fulltext::CandidateParts(q, floor, 15);
+    EXPECT_GE(town.size(), name.size()) << floor;
+    for (std::size_t k = 0; k < name.size(); ++k) EXPECT_GE(town[k].bound, name[k].bound) << floor;
+  }
 }
 
 class FullTextRank : public ::testing::Test {
@@ -139,6 +162,7 @@ TEST_F(FullTextRank, TheIndexFindsExactlyTheRowsThatRankingEveryRowWouldKeep) {
 
 TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds) {
   Connection& c = *db_->Conn();
+  const double power = data::fulltext::LikenessPower("STDAnagrafiche", "RagioneSociale");
   auto rowids = [&](const std::string& match) {
     std::vector<std::int64_t> keys;
     for (const auto& row : c.Backend().Run("SELECT rowid FROM CORft_STDAnagrafiche_RagioneSociale WHERE "
@@ -159,7 +183,7 @@ TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds)
       std::vector<WeightedTerm> weighted;
       for (const std::string& t : DistinctTerms(text))
         weighted.push_back({t, data::fulltext::TermWeight(frequency(t), frequency("")), frequency(t) > 0});
-      std::vector<data::fulltext::CandidatePart> parts = data::fulltext::CandidateParts(weighted, floor);
+      std::vector<data::fulltext::CandidatePart> parts = data::fulltext::CandidateParts(weighted, floor, power);
       // Each row of the candidate query in the part of its heaviest term, and
       // ranked no higher than that part's bound.
       std::vector<std::int64_t> joined;
@@ -179,7 +203,7 @@ TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds)
         heavier += (heavier.empty() ? "" : " OR ") + data::fulltext::QuoteTerm(part.term);
       }
       std::sort(joined.begin(), joined.end());
-      EXPECT_EQ(joined, rowids(CandidateQuery(weighted, floor))) << text << " >= " << floor;
+      EXPECT_EQ(joined, rowids(CandidateQuery(weighted, floor, power))) << text << " >= " << floor;
       // Every row that reaches the floor is among them.
       for (const Hit& h : db_->RankAll(text, floor))
         EXPECT_TRUE(std::binary_search(joined.begin(), joined.end(), h.key)) << text << " >= " << floor << ": " << h.key;

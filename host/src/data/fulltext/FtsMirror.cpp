@@ -30,7 +30,7 @@ bool StepOne(sqlite3* db, sqlite3_stmt* st, const std::string& what) {
 }  // namespace
 
 IndexMirror::IndexMirror(sqlite3* db, std::string table, std::string column)
-    : db_(db), table_(std::move(table)), column_(std::move(column)) {}
+    : db_(db), table_(std::move(table)), column_(std::move(column)), power_(LikenessPower(table_, column_)) {}
 
 IndexMirror::~IndexMirror() {
   for (sqlite3_stmt* st : {last_, tagAt_, since_, rowText_, match_}) sqlite3_finalize(st);
@@ -282,7 +282,7 @@ IndexMirror& FullTextState::Mirror(std::string_view table, std::string_view colu
   return *slot;
 }
 
-SearchedText::SearchedText(const IndexMirror& mirror, std::string_view text) {
+SearchedText::SearchedText(const IndexMirror& mirror, std::string_view text) : power_(mirror.Power()) {
   for (std::string& term : DistinctTerms(text)) {
     std::optional<std::uint32_t> id = mirror.Find(term);
     double w = id ? mirror.Weight(*id) : TermWeight(0, mirror.Rows());
@@ -307,7 +307,7 @@ double SearchedText::RankTerms(const IndexMirror& mirror, std::span<const std::u
         break;
       }
   }
-  return shared > 0 ? RankScore(shared, weight_, rowWeight, best) : -1;
+  return shared > 0 ? RankScore(shared, weight_, rowWeight, best, power_) : -1;
 }
 
 double SearchedText::RankText(const IndexMirror& mirror, std::string_view row) const {
@@ -326,7 +326,7 @@ double SearchedText::RankText(const IndexMirror& mirror, std::string_view row) c
       }
     rowWeight += mirror.WeightOf(term);
   }
-  return shared > 0 ? RankScore(shared, weight_, rowWeight, best) : -1;
+  return shared > 0 ? RankScore(shared, weight_, rowWeight, best, power_) : -1;
 }
 
 }  // namespace corvina20::data::fulltext

@@ -77,6 +77,9 @@ class IndexMirror {
 
   const std::string& Table() const { return table_; }
   const std::string& Column() const { return column_; }
+  // The index's likeness power (LikenessPower), which its rows are ranked
+  // and its candidates bounded with.
+  double Power() const { return power_; }
   // Full loads and incremental syncs so far (for tests and diagnostics).
   int Loads() const { return loads_; }
   int Updates() const { return updates_; }
@@ -118,6 +121,7 @@ class IndexMirror {
 
   sqlite3* db_;
   std::string table_, column_;
+  double power_;
   sqlite3_stmt* last_ = nullptr;     // the log's last entry
   sqlite3_stmt* tagAt_ = nullptr;    // the tag of one entry
   sqlite3_stmt* since_ = nullptr;    // the entries after one
@@ -167,6 +171,8 @@ class SearchedText {
   SearchedText(const IndexMirror& mirror, std::string_view text);
 
   const std::vector<WeightedTerm>& Terms() const { return terms_; }
+  // The mirror's likeness power, for ranking and for the candidate bounds.
+  double Power() const { return power_; }
   // The unrounded rank of a row given as terms of the mirror (RowTerms), or
   // as text; negative when the row shares no term with the searched text.
   double RankTerms(const IndexMirror& mirror, std::span<const std::uint32_t> row) const;
@@ -177,6 +183,7 @@ class SearchedText {
   std::vector<std::uint32_t> ids_;      // the indexed terms' numbers
   std::vector<double> idWeights_;       // and their weights
   double weight_ = 0;                   // W(Q)
+  double power_ = kNameLikenessPower;
 };
 
 }  // namespace corvina20::data::fulltext

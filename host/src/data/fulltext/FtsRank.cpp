@@ -1,8 +1,9 @@
 // Rank arithmetic and the candidate terms; see FtsRank.h.
 //
 // A row holding only the subset A of the searched terms ranks at most
-//   UB(A) = max(1000 * (2 S(A) / (W(Q) + S(A)))^11, WordRank(heaviest of A))
-// because its own weight is at least S(A). UB grows with A, so a row whose
+//   UB(A) = max(1000 * (2 S(A) / (W(Q) + S(A)))^p, WordRank(heaviest of A))
+// (p the index's likeness power, the one its rows are ranked with) because
+// its own weight is at least S(A). UB grows with A, so a row whose
 // heaviest searched term is t ranks at most UB(t and every lighter term).
 // The terms for which that reaches the floor are the candidate terms: the
 // heaviest ones, since UB falls as t gets lighter. Common terms ("srl",
@@ -22,8 +23,8 @@ namespace {
 
 double Likeness(double shared, double total) { return total > 0 ? 2 * shared / total : 0; }
 
-double UpperBound(double shared, double best, double queryWeight) {
-  return std::max(1000 * std::pow(Likeness(shared, queryWeight + shared), kLikenessPower),
+double UpperBound(double shared, double best, double queryWeight, double power) {
+  return std::max(1000 * std::pow(Likeness(shared, queryWeight + shared), power),
                   WordRank(best));
 }
 
@@ -47,17 +48,17 @@ double WordRank(double w) {
   return kWordRankMax * std::clamp((w - kWordFloor) / kWordSpan, 0.0, 1.0);
 }
 
-double RankScore(double shared, double queryWeight, double rowWeight, double bestShared) {
+double RankScore(double shared, double queryWeight, double rowWeight, double bestShared, double power) {
   if (shared <= 0) return 0;
   double like = std::min(1.0, Likeness(shared, queryWeight + rowWeight));
-  return std::max(1000 * std::pow(like, kLikenessPower), WordRank(bestShared));
+  return std::max(1000 * std::pow(like, power), WordRank(bestShared));
 }
 
 int RoundRank(double score) {
   return static_cast<int>(std::clamp(std::floor(score + 0.5), 0.0, 1000.0));
 }
 
-std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms, int minRank) {
+std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms, int minRank, double power) {
   double queryWeight = 0;
   std::vector<const WeightedTerm*> indexed;
   for (const WeightedTerm& t : terms) {
@@ -74,16 +75,16 @@ std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms
   for (std::size_t k = 0; k < indexed.size(); ++k) {
     // A hair above: a row's sums, added in another order, may come out an
     // ulp higher.
-    int bound = RoundRank(UpperBound(lighter[k], indexed[k]->weight, queryWeight) * (1 + 1e-12) + 1e-9);
+    int bound = RoundRank(UpperBound(lighter[k], indexed[k]->weight, queryWeight, power) * (1 + 1e-12) + 1e-9);
     if (minRank > 0 && bound < minRank) break;  // and so are the lighter terms' bounds
     parts.push_back({indexed[k]->term, bound});
   }
   return parts;
 }
 
-std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank) {
+std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank, double power) {
   std::string query;
-  for (const CandidatePart& part : CandidateParts(terms, minRank))
+  for (const CandidatePart& part : CandidateParts(terms, minRank, power))
     query += (query.empty() ? "" : " OR ") + QuoteTerm(part.term);
   return query.empty() ? "\"\"" : query;
 }

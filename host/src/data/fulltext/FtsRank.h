@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvina20::data::fulltext {
@@ -13,9 +14,15 @@ namespace corvina20::data::fulltext {
 // Below this many rows an index counts words as rare as they would be in an
 // index of this size, so a small database does not make every word common.
 inline constexpr double kMinIndexRows = 1000;
-// Likeness is raised to this power: only texts whose weighted words are
-// nearly all shared rank above 30.
-inline constexpr double kLikenessPower = 11;
+// Likeness is raised to a power calibrated per index (the optional fifth
+// column of data/fulltext.tsv): the higher it is, the more nearly all of the
+// weighted words two texts must share to rank above 30. Names, addresses and
+// the other identifying columns use kNameLikenessPower, so that one rare
+// shared word among different ones stays in the similar band; towns use
+// kTownLikenessPower, so that "Reggio Emilia" and "Reggio nell'Emilia" still
+// rank above 50.
+inline constexpr double kNameLikenessPower = 15;
+inline constexpr double kTownLikenessPower = 11;
 // A shared word alone lifts a row to at most this rank, and only a word of
 // weight kWordFloor + kWordSpan (in about 1 row in 1000) reaches it.
 inline constexpr double kWordRankMax = 30;
@@ -30,11 +37,16 @@ double TermWeight(double df, double rows);
 // What one shared word of weight `w` is worth on its own: 0..kWordRankMax.
 double WordRank(double w);
 
-// The unrounded rank of a row. `shared` is the weight of the terms found in
-// both texts, `queryWeight` and `rowWeight` the weights of all the distinct
+// The likeness power of the index of table.column: the catalogue's fifth
+// column, kNameLikenessPower when it is empty or the column is not listed.
+// Throws as corvina20::FullTextCatalogue() when the catalogue cannot be read.
+double LikenessPower(std::string_view table, std::string_view column);
+
+// The unrounded rank of a row under likeness power `power`. `shared` is the
+// weight of the terms found in both texts, `queryWeight` and `rowWeight` the weights of all the distinct
 // terms of each text, `bestShared` the weight of the heaviest shared term.
 // 0 when nothing is shared.
-double RankScore(double shared, double queryWeight, double rowWeight, double bestShared);
+double RankScore(double shared, double queryWeight, double rowWeight, double bestShared, double power);
 
 // RankScore rounded half up, within 0..1000.
 int RoundRank(double score);
@@ -56,12 +68,13 @@ struct CandidatePart {
   std::string term;
   int bound = 0;
 };
-std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms, int minRank);
+// `power` is the index's likeness power, as the rows are ranked with.
+std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms, int minRank, double power);
 
 // The FTS5 MATCH expression of the rows able to reach `minRank`: the OR of
 // the CandidateParts' terms, quoted. "\"\"" (an empty phrase, which matches
 // nothing) when no row can reach minRank.
-std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank);
+std::string CandidateQuery(const std::vector<WeightedTerm>& terms, int minRank, double power);
 
 // `term` as an FTS5 string.
 std::string QuoteTerm(const std::string& term);

@@ -137,7 +137,7 @@ void TermsFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
 void MatchFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
   Guard(ctx, [&] {
     Search& search = SearchOf(ctx, argv);
-    std::string query = CandidateQuery(search.searched.Terms(), sqlite3_value_int(argv[3]));
+    std::string query = CandidateQuery(search.searched.Terms(), sqlite3_value_int(argv[3]), search.searched.Power());
     sqlite3_result_text(ctx, query.c_str(), static_cast<int>(query.size()), SQLITE_TRANSIENT);
   });
 }
@@ -436,11 +436,11 @@ void RunSearch(SearchCursor& cursor, FullTextState& state, int idxNum, const std
     // Best first, as ORDER BY RANK DESC [, KEY] asks: part by part, so that
     // TOP n reads only the parts it needs.
     cursor.lazy = true;
-    cursor.parts = CandidateParts(cursor.searched->Terms(), least);
+    cursor.parts = CandidateParts(cursor.searched->Terms(), least, cursor.searched->Power());
     Fill(cursor);
     return;
   }
-  std::string match = CandidateQuery(cursor.searched->Terms(), least);
+  std::string match = CandidateQuery(cursor.searched->Terms(), least, cursor.searched->Power());
   if (match == "\"\"") return;
   Collect(cursor, match);
   if (!sorted) return;  // SQLite sorts them, or needs no order
