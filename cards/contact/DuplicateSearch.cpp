@@ -155,19 +155,17 @@ std::string TestoRicerca(const Variant& value) {
   return text;
 }
 
-std::string DuplicatePartySql(std::string_view table, std::string_view field,
-                              std::string_view value, std::string_view city,
-                              bool verificaCitta, int threshold, std::int32_t idAnagrafica) {
+namespace {
+
+// The pieces that follow the select list in both duplicate queries (party
+// and lead): the full-text join, the common record, the city match, the rank
+// above the threshold. `tail` closes the WHERE before the ordering.
+std::string DuplicateQueryRest(std::string_view table, std::string_view field, std::string_view value,
+                               std::string_view city, bool verificaCitta, int threshold,
+                               const std::string& tail) {
   const bool main = table == kAnagrafiche;
   const bool withCity = WithCity(verificaCitta, city);
-  std::string sql;
-  // This phase reports the Cliente flag in contact mode too, unlike phase 1
-  // and the similar band. Deliberate: do not switch it to Contatto.
-  sql += main ? "SELECT Rank = t1.Rank, T.IdAnagrafica,RagioneSociale,RagioneSociale2,Indirizzo,"
-                "Citta,TipoAnag = isnull(Cliente,0)"
-              : "SELECT Rank = t1.Rank, T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
-                "A.Indirizzo,A.Citta,TipoAnag = isnull(A.Cliente,0)";
-  sql += FromFreeText(table, field, value);
+  std::string sql = FromFreeText(table, field, value);
   sql += " On T.IdAnagrafica = [KEY] ";
   // Here the common record is joined before the city; the similar band joins
   // it after. Both orders give the same rows; the texts are kept as they are.
@@ -177,10 +175,25 @@ std::string DuplicatePartySql(std::string_view table, std::string_view field,
   sql += Number(threshold);
   sql += " ";
   if (withCity) sql += "and t2.Rank > 50 ";
-  sql += "and T.IdAnagrafica <> ";
-  sql += Number(idAnagrafica);
+  sql += tail;
   sql += " order by t1.Rank desc";
   return sql;
+}
+
+}  // namespace
+
+std::string DuplicatePartySql(std::string_view table, std::string_view field,
+                              std::string_view value, std::string_view city,
+                              bool verificaCitta, int threshold, std::int32_t idAnagrafica) {
+  const bool main = table == kAnagrafiche;
+  // This phase reports the Cliente flag in contact mode too, unlike phase 1
+  // and the similar band. Deliberate: do not switch it to Contatto.
+  std::string sql = main ? "SELECT Rank = t1.Rank, T.IdAnagrafica,RagioneSociale,RagioneSociale2,Indirizzo,"
+                           "Citta,TipoAnag = isnull(Cliente,0)"
+                         : "SELECT Rank = t1.Rank, T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
+                           "A.Indirizzo,A.Citta,TipoAnag = isnull(A.Cliente,0)";
+  return sql + DuplicateQueryRest(table, field, value, city, verificaCitta, threshold,
+                                  "and T.IdAnagrafica <> " + Number(idAnagrafica));
 }
 
 std::string DuplicateLeadSql(std::string_view table, std::string_view field,
@@ -190,31 +203,46 @@ std::string DuplicateLeadSql(std::string_view table, std::string_view field,
   // lookup names a lead table: the lead's names are read from the party of
   // the same number. Kept as it stands; see docs/duplicates.md.
   const bool main = table == kAnagrafiche;
+  std::string sql = main ? "SELECT Rank = t1.Rank, T.IdAnagrafica,RagioneSociale,RagioneSociale2,Indirizzo,"
+                           "Citta,TipoAnag = 2"
+                         : "SELECT Rank = t1.Rank, T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
+                           "A.Indirizzo,A.Citta,TipoAnag = 2";
+  // Deliberately no "T.IdAnagrafica <>": leads are numbered apart from the
+  // parties, so the edited party's id says nothing about a lead.
+  return sql + DuplicateQueryRest(table, field, value, city, verificaCitta, threshold, "");
+}
+
+namespace {
+
+// The pieces after the select list in both similar-band queries: the
+// full-text join, the city match, the common record (`commonTable`, none
+// when T is it), the band 15..threshold. `tail` closes the WHERE.
+std::string SimilarQueryRest(std::string_view table, std::string_view field, std::string_view value,
+                             std::string_view city, bool verificaCitta, int threshold,
+                             std::string_view commonTable, const std::string& tail) {
   const bool withCity = WithCity(verificaCitta, city);
-  std::string sql;
-  sql += main ? "SELECT Rank = t1.Rank, T.IdAnagrafica,RagioneSociale,RagioneSociale2,Indirizzo,"
-                "Citta,TipoAnag = 2"
-              : "SELECT Rank = t1.Rank, T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
-                "A.Indirizzo,A.Citta,TipoAnag = 2";
-  sql += FromFreeText(table, field, value);
-  sql += " On T.IdAnagrafica = [KEY] ";
-  if (!main) sql += " INNER JOIN STDAnagrafiche AS A ON T.IdAnagrafica = A.IdAnagrafica ";
+  std::string sql = FromFreeText(table, field, value);
+  sql += " On T.IdAnagrafica = t1.[KEY] ";
+  // The city join comes before the common record here (after it in phase 2):
+  // deliberate, same rows either way.
   if (withCity) sql += CityJoin(table, city);
-  sql += "Where t1.Rank > ";
+  if (table != commonTable)
+    sql += " INNER JOIN " + std::string(commonTable) + " AS A ON T.IdAnagrafica = A.IdAnagrafica ";
+  sql += "Where t1.Rank >= 15 and t1.Rank <= ";
   sql += Number(threshold);
   sql += " ";
   if (withCity) sql += "and t2.Rank > 50 ";
-  // Deliberately no "T.IdAnagrafica <>": leads are numbered apart from the
-  // parties, so the edited party's id says nothing about a lead.
+  sql += tail;
   sql += " order by t1.Rank desc";
   return sql;
 }
+
+}  // namespace
 
 std::string SimilarPartySql(std::string_view table, std::string_view field,
                             std::string_view value, std::string_view city, bool verificaCitta,
                             int threshold, std::int32_t idAnagrafica, bool contatto) {
   const bool main = table == kAnagrafiche;
-  const bool withCity = WithCity(verificaCitta, city);
   std::string sql;
   if (main) {
     sql += contatto ? "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,T.RagioneSociale,"
@@ -227,46 +255,23 @@ std::string SimilarPartySql(std::string_view table, std::string_view field,
                     : "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,A.RagioneSociale,"
                       "A.RagioneSociale2,A.Indirizzo,A.Citta,TipoAnag = isnull(A.Cliente,0)";
   }
-  sql += FromFreeText(table, field, value);
-  sql += " On T.IdAnagrafica = t1.[KEY] ";
-  // The city join comes before the common record here (after it in phase 2):
-  // deliberate, same rows either way.
-  if (withCity) sql += CityJoin(table, city);
-  if (!main) sql += " INNER JOIN STDAnagrafiche AS A ON T.IdAnagrafica = A.IdAnagrafica ";
-  sql += "Where t1.Rank >= 15 and t1.Rank <= ";
-  sql += Number(threshold);
-  sql += " ";
-  if (withCity) sql += "and t2.Rank > 50 ";
-  sql += "And T.IdAnagrafica <> ";
-  sql += Number(idAnagrafica);
   // Suppliers are never offered as similar parties (they may still be exact
   // or full-text duplicates): deliberate.
-  sql += main ? " And isNull(T.Fornitore,0) <> 1" : " And isNull(A.Fornitore,0) <> 1";
-  sql += " order by t1.Rank desc";
-  return sql;
+  std::string tail = "And T.IdAnagrafica <> " + Number(idAnagrafica) +
+                     (main ? " And isNull(T.Fornitore,0) <> 1" : " And isNull(A.Fornitore,0) <> 1");
+  return sql + SimilarQueryRest(table, field, value, city, verificaCitta, threshold, kAnagrafiche, tail);
 }
 
 std::string SimilarLeadSql(std::string_view table, std::string_view field,
                            std::string_view value, std::string_view city, bool verificaCitta,
                            int threshold) {
   const bool main = table == kLeads;
-  const bool withCity = WithCity(verificaCitta, city);
-  std::string sql;
-  sql += main ? "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,T.RagioneSociale,T.RagioneSociale2,"
-                "T.Indirizzo,T.Citta,TipoAnag = 2"
-              : "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
-                "A.Indirizzo,A.Citta,TipoAnag = 2";
-  sql += FromFreeText(table, field, value);
-  sql += " On T.IdAnagrafica = t1.[KEY] ";
-  if (withCity) sql += CityJoin(table, city);
-  if (!main) sql += " INNER JOIN CRMAnagrafiche AS A ON T.IdAnagrafica = A.IdAnagrafica ";
-  sql += "Where t1.Rank >= 15 and t1.Rank <= ";
-  sql += Number(threshold);
-  sql += " ";
-  if (withCity) sql += "and t2.Rank > 50 ";
+  std::string sql = main ? "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,T.RagioneSociale,T.RagioneSociale2,"
+                           "T.Indirizzo,T.Citta,TipoAnag = 2"
+                         : "SELECT TOP 10 Rank = t1.rank,T.IdAnagrafica,A.RagioneSociale,A.RagioneSociale2,"
+                           "A.Indirizzo,A.Citta,TipoAnag = 2";
   // No exclusion by id and no supplier clause: a lead is neither.
-  sql += " order by t1.Rank desc";
-  return sql;
+  return sql + SimilarQueryRest(table, field, value, city, verificaCitta, threshold, kLeads, "");
 }
 
 bool CercaAnagraficaDoppia(const RecordsetPtr& record, RecordsetPtr& result,
