@@ -84,16 +84,7 @@ RecordsetPtr Record(const CardValues& c) {
   const std::vector<std::pair<std::string, std::string>> values{
       {"RagioneSociale", c.name}, {"RagioneSociale2", c.name2}, {"Indirizzo", c.address},
       {"Citta", c.city},          {"PartitaIva", c.vat},        {"CodiceFiscale", c.code}};
-  std::vector<corvina20::FieldInfo> fields;
-  for (const auto& [name, value] : values) {
-    fields.emplace_back();
-    fields.back().name = name;
-    fields.back().type = corvina20::ado::kVarWChar;
-  }
-  RecordsetPtr rs = corvina20::Recordset::CreateInMemory(std::move(fields));
-  rs->AddNew();
-  for (const auto& [name, value] : values) rs->Fields(name) = Variant(value);
-  return rs;
+  return corvina20::Recordset::CreateTextRow(values);
 }
 
 struct QualityCard {

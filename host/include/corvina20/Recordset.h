@@ -113,6 +113,11 @@ class Recordset {
   // A disconnected recordset with the given fields and no rows, open: what a
   // grid holds for rows that no query gave. Changes stay in memory.
   static std::shared_ptr<Recordset> CreateInMemory(std::vector<FieldInfo> fields);
+  // A disconnected recordset holding one row of text fields with the given
+  // values, positioned on it (EditMode Add): what a card's current values look
+  // like to a procedure that reads them by name.
+  static std::shared_ptr<Recordset> CreateTextRow(
+      const std::vector<std::pair<std::string, std::string>>& values);
 
   // Host side: opens the recordset on the rows of a query. `connection` may be
   // null (disconnected). `sourceTable` and `keyColumns` enable write-back;

@@ -157,6 +157,16 @@ std::shared_ptr<Recordset> Recordset::CreateInMemory(std::vector<FieldInfo> fiel
   return rs;
 }
 
+std::shared_ptr<Recordset> Recordset::CreateTextRow(
+    const std::vector<std::pair<std::string, std::string>>& values) {
+  std::vector<FieldInfo> fields;
+  for (const auto& [name, value] : values) fields.push_back({name, ado::kVarWChar, "nvarchar", "", ""});
+  auto rs = CreateInMemory(std::move(fields));
+  rs->AddNew();
+  for (const auto& [name, value] : values) rs->Fields(name) = Variant(value);
+  return rs;
+}
+
 void Recordset::OpenWith(std::vector<FieldInfo> fields, std::vector<std::vector<Variant>> rows,
                          std::shared_ptr<Connection> connection, std::string sourceTable,
                          std::vector<std::string> keyColumns, LockType lock) {

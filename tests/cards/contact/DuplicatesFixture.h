@@ -65,16 +65,7 @@ class DuplicatesFixture : public ::testing::Test {
 
   // The card's current values: a one-row recordset of text fields.
   static RecordsetPtr Record(const std::vector<std::pair<std::string, std::string>>& values) {
-    std::vector<corvina20::FieldInfo> fields;
-    for (const auto& [name, value] : values) {
-      fields.emplace_back();
-      fields.back().name = name;
-      fields.back().type = corvina20::ado::kVarWChar;
-    }
-    RecordsetPtr rs = corvina20::Recordset::CreateInMemory(std::move(fields));
-    rs->AddNew();
-    for (const auto& [name, value] : values) rs->Fields(name) = Variant(value);
-    return rs;
+    return corvina20::Recordset::CreateTextRow(values);
   }
 
   corvina20::test::ModuleHarness h;
