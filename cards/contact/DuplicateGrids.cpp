@@ -87,6 +87,19 @@ bool MostraAnagraficheDoppie(const RecordsetPtr& record, std::int32_t idAnagrafi
   }
 }
 
+std::string DuplicatesListText(const RecordsetPtr& rows) {
+  std::string text;
+  if (IsRecordsetClosed(rows)) return text;
+  for (rows->MoveFirst(); !rows->IsEOF(); rows->MoveNext()) {
+    text += FieldValue(rows, Variant("TipoAnag")).ToString() + ": ";
+    text += FieldValue(rows, Variant("RagioneSociale")).ToString() + " ";
+    text += FieldValue(rows, Variant("RagioneSociale2")).ToString() + " ";
+    text += FieldValue(rows, Variant("Indirizzo")).ToString() + " ";
+    text += FieldValue(rows, Variant("Citta")).ToString() + "\r\n";
+  }
+  return text;
+}
+
 void AcquisisciDatiAnagraficheDoppie(corvina20::VxBody& grid, std::int32_t idDestinazione) {
   bool notified = false;
   try {

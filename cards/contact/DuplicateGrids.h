@@ -48,6 +48,12 @@ bool MostraAnagraficheDoppie(const RecordsetPtr& record, std::int32_t idAnagrafi
                              bool contatto, corvina20::VxBody& doppie,
                              corvina20::VxBody& simili, corvina20::Control& label);
 
+// The list text of the duplicates found, one line per row of `rows`, each
+// line TipoAnag, ": ", RagioneSociale, " ", RagioneSociale2, " ",
+// Indirizzo, " ", Citta and CR LF: what the cards put before their question.
+// A missing or empty recordset gives "". The cursor is left at EOF.
+std::string DuplicatesListText(const RecordsetPtr& rows);
+
 // "Acquisisci Dati da righe selezionate": merges the CRM data of each
 // selected row of `grid`, in selection order, into `idDestinazione` (the
 // card's party). An empty grid does nothing; no row selected shows message

@@ -243,9 +243,20 @@ class Tabs : public Control {
     value_ = Variant(0);
   }
   const std::vector<std::string>& Pages() const { return pages_; }
+  // A hidden page is not offered to the user (its controls stay in the
+  // form). Pages are visible until hidden; an index out of range is ignored.
+  void SetPageVisible(int page, bool visible) {
+    if (page < 0 || page >= static_cast<int>(pages_.size())) return;
+    if (hidden_.size() < pages_.size()) hidden_.resize(pages_.size(), false);
+    hidden_[static_cast<std::size_t>(page)] = !visible;
+  }
+  bool PageVisible(int page) const {
+    return page < 0 || page >= static_cast<int>(hidden_.size()) || !hidden_[static_cast<std::size_t>(page)];
+  }
 
  private:
   std::vector<std::string> pages_;
+  std::vector<bool> hidden_;
 };
 
 // cmd: a button; pressing it raises Click.

@@ -71,6 +71,10 @@ json Describe(const Control& c) {
     d["mask"] = code->Mask();
   } else if (auto* tabs = dynamic_cast<const Tabs*>(&c)) {
     d["pages"] = tabs->Pages();
+    json hidden = json::array();
+    for (int i = 0; i < static_cast<int>(tabs->Pages().size()); ++i)
+      if (!tabs->PageVisible(i)) hidden.push_back(i);
+    d["hiddenPages"] = hidden;
   } else if (auto* grid = dynamic_cast<const VxBody*>(&c)) {
     json columns = json::array();
     for (const auto& col : grid->Columns())

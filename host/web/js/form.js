@@ -282,7 +282,7 @@ export class FormView {
       focus: () => buttons[Math.max(shown, 0)]?.focus(),
       update(next) {
         el.hidden = !next.visible;
-        buttons.forEach((b) => { b.disabled = !next.enabled; });
+        buttons.forEach((b, j) => { b.disabled = !next.enabled; b.hidden = (next.hiddenPages || []).includes(j); });
         const i = Number.isInteger(next.value) ? next.value : 0;
         choose(Math.min(Math.max(i, 0), pages.length - 1), false);
       },

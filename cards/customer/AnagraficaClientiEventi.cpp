@@ -1,0 +1,433 @@
+// The customer card's record cycle: initialise and load, inside the save and
+// the delete, after an action, the begin of the transaction, the popup items
+// of the card and of the duplicate grids, the taking over of an existing
+// party and the refused delete of an address still in use.
+//
+// Choices kept on purpose (docs/customer-card.md tells why):
+// - message 153 is shown only when automatic account creation is on: with it
+//   off, nothing needs the control account or the mask;
+// - the delete removes the customer-only rows (customer data, banks, notes)
+//   with the role; the party, its addresses and references stay while
+//   another role holds them.
+#include "cards/customer/AnagraficaClienti.h"
+
+#include "cards/contact/DuplicateGrids.h"
+#include "cards/customer/GridRows.h"
+#include "cards/customer/LedgerAccount.h"
+#include "cards/customer/PartyTakeOver.h"
+#include "module/CardHandlers.h"
+#include "module/CardValues.h"
+#include "module/ModuloVantor.h"
+#include "module/modCardError.h"
+#include "module/modDatabaseUtility.h"
+#include "module/modMainModule.h"
+
+namespace vantor20 {
+namespace {
+
+constexpr const char* kForm = "AnagraficaClienti";
+constexpr const char* kSatellite = "STDAnagraficaClienti";
+constexpr int kPageStorico = 8;
+
+// Dictionary messages of the record cycle.
+constexpr std::int32_t kMsgParametriConto = 153;
+constexpr std::int32_t kMsgContoNonCreato = 156;
+constexpr std::int32_t kMsgCodiceGiaPresente = 132;
+constexpr std::int32_t kMsgUsaEsistente = 130;
+constexpr std::int32_t kMsgSostituisce = 895;
+constexpr std::int32_t kMsgSincronizza = 1209;
+constexpr std::int32_t kMsgIndirizzoUsato = 21007;
+
+// The mail-client item's warnings are the module's own texts.
+constexpr const char* kOutlookNonAttivo = "Attenzione: MS Outlook non attivato nei Parametri CRM";
+constexpr const char* kOutlookNonInstallato = "Attenzione: MS Outlook non installato";
+
+const char* const kMonths[] = {"Gennaio", "Febbraio", "Marzo",     "Aprile",  "Maggio",   "Giugno",
+                               "Luglio",  "Agosto",   "Settembre", "Ottobre", "Novembre", "Dicembre"};
+
+std::string Location(const char* control, const char* event) {
+  return std::string(kForm) + "." + control + "_" + event;
+}
+
+void ShowLiteral(const char* text) {
+  corvina20::MessageRequest request;
+  request.text = text;
+  request.style = corvina20::kStyleExclamation;
+  App().ShowMessage(request);
+}
+
+int DaysInMonth(int year, int month) {
+  static const int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+  return month == 2 && leap ? 29 : days[month - 1];
+}
+
+// How many documents or open bank receipts use the address row, and where.
+long AddressUses(std::int32_t idAnagrafica, const RecordsetPtr& row, std::string& where) {
+  const int tipo = FieldValue(row, Variant("TipoIndirizzo")).ToLong();
+  const Variant idIndirizzo = row->Fields("IdIndirizzo").Value();
+  if (IsBlank(idIndirizzo)) return 0;  // never saved: nothing can use it
+  corvina20::QueryBuilder q(App().GetConnection());
+  if (tipo == 0 || tipo == 1) {
+    q.AddFields("Count(ATTDocTeste.IdDoc) as Contatore");
+    q.SetTable("ATTDocTeste");
+    q.AddJoin(corvina20::JoinKind::Inner, "ATTDocCoda", "ATTDocTeste.IdDoc", "ATTDocCoda.IdDoc");
+    q.AddCondition("ATTDocTeste.IdAnagrafica", corvina20::kCompareEqual, Variant(idAnagrafica));
+    // The sales documents that print an invoice or delivery address.
+    q.AddConditionText("ATTDocTeste.TipoDocumento IN ('OFC','ORC','DDT','FAT','FAI','NCE','RIF','DRC')");
+    q.AddCondition(tipo == 0 ? "ATTDocCoda.IdIndirizzoFattura" : "ATTDocCoda.IdIndirizzoMerce",
+                   corvina20::kCompareEqual, idIndirizzo);
+    where = "documenti di vendita";
+  } else if (tipo == 2) {
+    q.AddFields("Count(IdScadenza) as Contatore");
+    q.SetTable("COGScadenze");
+    q.AddCondition("IdAnagrafica", corvina20::kCompareEqual, Variant(idAnagrafica));
+    // Bank receipts (Ri.Ba.) not yet paid.
+    q.AddCondition("IdTipologiaPagamento", corvina20::kCompareEqual, Variant(std::int16_t{2}));
+    q.AddCondition("StatoEffetto", corvina20::kCompareDifferent, Variant(std::int16_t{2}));
+    where = "scadenze Ri.Ba. aperte";
+  } else {
+    return 0;
+  }
+  RecordsetPtr rs = q.Open();
+  return rs->IsEOF() ? 0 : FieldValue(rs, Variant("Contatore")).ToLong();
+}
+
+}  // namespace
+
+void AnagraficaClienti::WireEvents() {
+  crdAnagraficaClienti.Inizialize = [this](bool& ok, std::string& key, std::string& display) {
+    OnInizialize(ok, key, display);
+  };
+  crdAnagraficaClienti.ActionBefore = [this](int op, bool& cancel) { OnActionBefore(op, cancel); };
+  crdAnagraficaClienti.ActionInside = [this](int op) { OnActionInside(op); };
+  crdAnagraficaClienti.ActionAfter = [this](int op) { OnActionAfter(op); };
+  crdAnagraficaClienti.BeginTrans = [this] { OnBeginTrans(); };
+  crdAnagraficaClienti.PopupItemSelected = [this](const std::string& key) { OnPopupItem(key); };
+  crdAnagraficaClienti.Reposition = [this] {
+    RunHandler(Location("crdAnagraficaClienti", "Reposition"), [this] { ShowExcludedMonths(); });
+  };
+
+  cdoCodiceFiscale.Change = [this] {
+    RunHandler(Location("cdoCodiceFiscale", "Change"),
+               [this] { OfferTakeOver("CodiceFiscale", cdoCodiceFiscale.Value()); });
+  };
+  txtPartitaIva.Change = [this] {
+    RunHandler(Location("txtPartitaIva", "Change"),
+               [this] { OfferTakeOver("PartitaIva", txtPartitaIva.Value()); });
+  };
+
+  bdyIndirizzi.OnAddNew = [this] {
+    RecordsetPtr rs = bdyIndirizzi.Data();
+    rs->Fields("NrIndirizzo") = Variant(static_cast<std::int32_t>(rs->RecordCount()));
+  };
+  bdyIndirizzi.AfterColUpdate = [this](const std::string& column) {
+    RecordsetPtr rs = bdyIndirizzi.Data();
+    if ((SameName(column, "Default") || SameName(column, "TipoIndirizzo")) &&
+        FlagOf(rs->Fields("Default").Value()))
+      ClearOtherDefaults(bdyIndirizzi, "TipoIndirizzo");
+  };
+  bdyIndirizzi.BeforeDeleteAt = [this](long, bool& cancel) {
+    bool ok = RunHandler(Location("bdyIndirizzi", "BeforeDeleteAt"), [&] {
+      std::string where;
+      RecordsetPtr row = bdyIndirizzi.Data();
+      long uses = AddressUses(CurrentId(), row, where);
+      if (uses == 0) return;
+      ShowMessage(kMsgIndirizzoUsato, corvina20::kStyleInformation,
+                  {TextOf(row->Fields("NrIndirizzo").Value()), std::to_string(uses), where});
+      cancel = true;
+    });
+    if (!ok) cancel = true;
+  };
+
+  for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2})
+    grid->PopupItemSelected = [this, grid](const std::string& key) { OnDuplicatesPopup(*grid, key); };
+}
+
+void AnagraficaClienti::OnInizialize(bool& ok, std::string& key, std::string& display) {
+  RunHandler(Location("crdAnagraficaClienti", "Inizialize"), [&] {
+    ok = true;
+    key = "IdAnagrafica";
+    display = "IdAnagrafica";
+    crdAnagraficaClienti.SetMainTable("STDAnagrafiche", "IdAnagrafica");
+    crdAnagraficaClienti.AddSatellite(kSatellite);
+    crdAnagraficaClienti.SetRecordCondition("Cliente = 1");
+    crdAnagraficaClienti.SetNameField("RagioneSociale");
+    // The party row outlives the customer role when another role holds it.
+    crdAnagraficaClienti.SetDeletesOwnRows(false);
+
+    bdyBancheCliente.BindTable("STDBancheClienti", "IdBanca", "IdAnagrafica");
+    bdyIndirizzi.BindTable("STDAnagIndirizzi", "IdIndirizzo", "IdAnagrafica", "NrIndirizzo");
+    bdyRiferimenti.BindTable("STDAnagRiferimenti", "IdRiferimento", "IdAnagrafica", "NrRiga");
+    bdyNoteCliente.BindTable("STDAnagraficaClientiNote", "IdNota", "IdAnagrafica", "NrRiga");
+    bdyStoricizzazione.BindTable("STDAnagraficheStorico", "IdRiga", "IdAnagrafica");
+    bdyProfilazione.BindTable("CRMValProfilazioneRighe", "IdRiga", "idAnagrafica");
+    bdyAllegati.BindTable("STDAnagraficheAllegati", "IdAllegato", "IdAnagrafica", "NrRiga");
+    for (corvina20::VxBody* grid : {&bdyBancheCliente, &bdyIndirizzi, &bdyRiferimenti, &bdyNoteCliente,
+                                    &bdyStoricizzazione, &bdyProfilazione, &bdyAllegati})
+      crdAnagraficaClienti.LinkGrid(*grid);
+
+    corvina20::HostParameters params = App().Parameters();
+    manualId_ = params.ReadFlagParameter("IdAnagraficaManuale");
+    codContoClienti_ = TextOf(params.ReadParameter("CodContoClienti"));
+    maskConto_ = TextOf(params.ReadParameter("MaskConto"));
+    creaAutomPC_ = params.ReadFlagParameter("CreaAutomPC");
+    historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
+
+    numIdAnagrafica.SetLocked(!manualId_);
+    txtPartitaIva.SetAcceptedCharacters(
+        "abcdefghilmnopqrstuvzwxjykABCDEFGHILMNOPQRSTUVZWXJYK0123456789");
+    cdoConto.SetMask(maskConto_);
+    cdoCodContropartita.SetMask(maskConto_);
+    bdyAllegati.SetEnabled(true);
+
+    if (creaAutomPC_ && (codContoClienti_.empty() || maskConto_.empty())) {
+      const char* missing = codContoClienti_.empty()
+                                ? (maskConto_.empty() ? "il Conto Clienti e la Maschera Conto" : "il Conto Clienti")
+                                : "la Maschera Conto";
+      ShowMessage(kMsgParametriConto, corvina20::kStyleInformation, {missing});
+    }
+  });
+}
+
+void AnagraficaClienti::Load() {
+  RunHandler(Location("Form", "Load"), [this] {
+    ApplySettings();
+    cboTipoDocumentoDaGenerare.ClearEntries();
+    int i = 0;
+    for (const char* c : {"Libero", "DDT", "Fattura"})
+      cboTipoDocumentoDaGenerare.AddEntry(c, Variant(static_cast<std::int16_t>(i++)));
+    cboPosNote.ClearEntries();
+    i = 0;
+    for (const char* c : {"Tra le righe (alla fine)", "In Fondo", "Nessuna Nota", "Tra le righe (all'inizio)"})
+      cboPosNote.AddEntry(c, Variant(static_cast<std::int16_t>(i++)));
+    for (corvina20::ChoiceField* cbo : {&cboMeseEscluso1, &cboMeseEscluso2}) {
+      cbo->ClearEntries();
+      for (int m = 1; m <= 12; ++m) cbo->AddEntry(kMonths[m - 1], Variant(static_cast<std::int16_t>(m)));
+    }
+
+    corvina20::PopupMenu& popup = crdAnagraficaClienti.Popup();
+    popup.Clear();
+    popup.Add("Cruscotto Cliente", "Cruscotto Cliente");
+    popup.Add("POP_UP_SINCRONIZZA_CONTATTO", "Sincronizza Cliente In Outlook");
+    popup.Add("POP_UP_DOCUMENTALE", "Accedi al Documentale");
+    popup.Add("POP_UP_FIDOCLIENTE", "Fido Cliente");
+    for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2}) {
+      grid->Popup().Clear();
+      grid->Popup().Add("Apri Anagrafica", "Apri Anagrafica");
+      grid->Popup().Add("Acquisisci Dati da righe selezionate", "Acquisisci Dati da righe selezionate");
+      grid->Popup().Add("Cancella Anagrafiche selezionate", "Cancella Anagrafiche selezionate");
+    }
+    ImpostaCaptionAnagraficheDoppie(bdyAnagraficheDoppie, bdyAnagraficheDoppie2);
+  });
+}
+
+void AnagraficaClienti::ApplySettings() {
+  corvina20::HostParameters params = App().Parameters();
+  ckbInfragruppo.SetEnabled(params.ReadFlagParameter("GestisciPNInfragruppo"));
+  const bool ritenuta = params.ReadFlagParameter("SoggettoARitenutaAccontoAttiva");
+  ckbSoggettoARitenutaAccontoAttiva.SetEnabled(ritenuta);
+  PercentualeRitenutaAccontoAttiva.SetEnabled(ritenuta);
+  historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
+  sstCliente.SetPageVisible(kPageStorico, historyEnabled_);
+  bdyStoricizzazione.SetVisible(historyEnabled_);
+  const std::string analitica = TextOf(params.ReadParameter("TipoContoAnalitica"));
+  cdoCodContoAnaComDefault.SetMask(analitica == "1" || analitica == "2"
+                                       ? TextOf(params.ReadParameter("MaskContoAnalitica"))
+                                       : maskConto_);
+}
+
+std::int32_t AnagraficaClienti::CurrentId() const {
+  const Variant& v = numIdAnagrafica.Value();
+  return IsBlank(v) ? 0 : v.ToLong();
+}
+
+void AnagraficaClienti::ShowExcludedMonths() {
+  RecordsetPtr customer = crdAnagraficaClienti.GetSatelliteRecordset(kSatellite);
+  auto month = [&](const char* column) {
+    if (!customer || customer->IsEOF() || customer->IsBOF()) return Variant();
+    const Variant& v = customer->Fields(column).Value();
+    return IsBlank(v) || v.ToLong() == 0 ? Variant() : Variant(static_cast<std::int16_t>(v.ToLong()));
+  };
+  cboMeseEscluso1.SetValue(month("MmDaEscl1"));
+  cboMeseEscluso2.SetValue(month("MmDaEscl2"));
+  numGgEscluso.SetValue(month("GgScadenza"));
+}
+
+void AnagraficaClienti::WriteExcludedPeriods(const RecordsetPtr& customer) {
+  int year = 0, m = 0, d = 0, hh = 0, mm = 0, ss = 0;
+  App().WorkingDate().ToParts(year, m, d, hh, mm, ss);
+  auto write = [&](const corvina20::ChoiceField& cbo, const char* suffix) {
+    const std::string s = suffix;
+    if (IsBlank(cbo.Value())) {
+      for (const char* c : {"MmDaEscl", "GgDaEscl", "MmAEscl", "GgAEscl"})
+        customer->Fields(c + s) = Variant::Null();
+      return;
+    }
+    const auto month = static_cast<std::int16_t>(cbo.Value().ToLong());
+    customer->Fields("GgDaEscl" + s) = Variant(std::int16_t{1});
+    customer->Fields("MmDaEscl" + s) = Variant(month);
+    customer->Fields("MmAEscl" + s) = Variant(month);
+    customer->Fields("GgAEscl" + s) = Variant(static_cast<std::int16_t>(DaysInMonth(year, month)));
+  };
+  write(cboMeseEscluso1, "1");
+  write(cboMeseEscluso2, "2");
+  customer->Fields("GgScadenza") =
+      IsBlank(numGgEscluso.Value()) ? Variant::Null()
+                                    : Variant(static_cast<std::int16_t>(numGgEscluso.Value().ToLong()));
+}
+
+void AnagraficaClienti::WriteDefaults(const RecordsetPtr& customer) {
+  Variant bank = Variant::Null(), goods = Variant::Null(), invoice = Variant::Null();
+  ForEachRow(bdyBancheCliente, [&](const RecordsetPtr& rs, long) {
+    if (FlagOf(rs->Fields("Default").Value())) bank = rs->Fields("IdBanca").Value();
+  });
+  ForEachRow(bdyIndirizzi, [&](const RecordsetPtr& rs, long) {
+    if (!FlagOf(rs->Fields("Default").Value())) return;
+    const Variant& tipo = rs->Fields("TipoIndirizzo").Value();
+    if (IsBlank(tipo)) return;
+    if (tipo.ToLong() == 0) invoice = rs->Fields("IdIndirizzo").Value();
+    if (tipo.ToLong() == 1) goods = rs->Fields("IdIndirizzo").Value();
+  });
+  customer->Fields("IdBancaDefault") = bank;
+  customer->Fields("IdIndSpedMerceDefault") = goods;
+  customer->Fields("IdIndSpedFatturaDefault") = invoice;
+}
+
+void AnagraficaClienti::OfferTakeOver(const char* field, const Variant& value) {
+  if (crdAnagraficaClienti.Mode() != corvina20::kModeNew || takenOver_ || IsBlank(value)) return;
+  std::int32_t found = FindPartyWithoutRole(field, value, "Cliente");
+  if (found == 0) return;
+  ShowMessage(kMsgCodiceGiaPresente, corvina20::kStyleInformation, {TextOf(value)});
+  if (ShowMessage(kMsgUsaEsistente, corvina20::kStyleYesNo + corvina20::kStyleQuestion) !=
+      corvina20::kAnswerYes)
+    return;
+  if (!crdAnagraficaClienti.Adopt(Variant(found))) return;
+  takenOver_ = true;
+  // A supplier's banks become the customer's own, as new rows.
+  if (FlagOf(crdAnagraficaClienti.GetRecordset()->Fields("Fornitore").Value()))
+    CopyRowsAsNew("STDBancheFornitori", found, bdyBancheCliente);
+  ShowExcludedMonths();
+}
+
+void AnagraficaClienti::OnActionInside(int operation) {
+  RunInsideTransaction(Location("crdAnagraficaClienti", "ActionInside"), [&] {
+    RecordsetPtr record = crdAnagraficaClienti.GetRecordset();
+    if (operation == corvina20::kOpSave) {
+      RecordsetPtr customer = crdAnagraficaClienti.GetSatelliteRecordset(kSatellite);
+      WriteExcludedPeriods(customer);
+      if (replacedId_ != 0 && App().Parameters().ReadFlagParameter("IdAnagraficaCollegata") &&
+          ShowMessage(kMsgSostituisce, corvina20::kStyleYesNo) == corvina20::kAnswerYes)
+        record->Fields("IdAnagraficaSostituita") = Variant(replacedId_);
+      if (crdAnagraficaClienti.Mode() == corvina20::kModeNew) {
+        // Taken again at save time: the id shown at "new" may have gone to
+        // another workstation meanwhile.
+        if (!manualId_ && !takenOver_) {
+          std::int32_t id = NextFreeIdAnagrafica();
+          record->Fields("IdAnagrafica") = Variant(id);
+          numIdAnagrafica.SetValue(Variant(id));
+        }
+        record->Fields("Cliente") = Variant(true);
+      }
+      WriteDefaults(customer);
+      if (openAccount_) {
+        const std::int32_t id = record->Fields("IdAnagrafica").Value().ToLong();
+        const std::string code = FormAutomaticAccount(codContoClienti_, maskConto_, id);
+        try {
+          OpenLedgerAccount(code, TextOf(txtRagioneSociale1.Value()), kSideCustomers, codContoClienti_);
+        } catch (const corvina20::Error& e) {
+          throw corvina20::Error(e.Number(), "OpenLedgerAccount", FillMessage(kMsgContoNonCreato, {}) + "\r\n" + e.Description());
+        }
+        customer->Fields("CodConto") = Variant(code);
+        cdoConto.SetValue(Variant(code));
+      }
+    } else if (operation == corvina20::kOpDelete) {
+      const std::int32_t id = FieldValue(record, Variant("IdAnagrafica")).ToLong();
+      const Variant account = cdoConto.Value();
+      ClearPartyRole(id, "Cliente");
+      ClearPartyChildRows(id);
+      corvina20::ConnectionPtr db = App().GetConnection();
+      for (const char* table : {"STDAnagraficaClienti", "STDBancheClienti", "STDAnagraficaClientiNote"})
+        db->Execute(std::string("DELETE FROM ") + table + " WHERE IdAnagrafica = ?", {Variant(id)});
+      if (deleteAccount_ && !IsBlank(account))
+        db->Execute("DELETE FROM STDPianoDeiConti WHERE CodConto = ?", {account});
+    }
+  });
+}
+
+void AnagraficaClienti::OnActionAfter(int operation) {
+  RunHandler(Location("crdAnagraficaClienti", "ActionAfter"), [&] {
+    if (operation == corvina20::kOpNew) {
+      if (!manualId_) numIdAnagrafica.SetValue(Variant(NextFreeIdAnagrafica()));
+      ShowExcludedMonths();
+    } else if (operation == corvina20::kOpSave) {
+      numIdAnagrafica.SetValue(FieldValue(crdAnagraficaClienti.GetRecordset(), Variant("IdAnagrafica")));
+    }
+    if (operation == corvina20::kOpSave || operation == corvina20::kOpDelete) {
+      takenOver_ = false;
+      replacedId_ = 0;
+      openAccount_ = false;
+      deleteAccount_ = false;
+      remembered_.clear();
+      snapshot_ = {};
+    }
+  });
+}
+
+void AnagraficaClienti::OnBeginTrans() {
+  RunInsideTransaction(Location("crdAnagraficaClienti", "BeginTrans"), [&] {
+    const Variant key = crdAnagraficaClienti.GetRecordset()->Fields("IdAnagrafica").Value();
+    ForEachRow(bdyProfilazione, [&](const RecordsetPtr& rs, long) {
+      rs->Fields("idAnagrafica") = key;
+      rs->Fields("Leads") = Variant(false);
+    });
+    for (corvina20::VxBody* grid :
+         {&bdyBancheCliente, &bdyIndirizzi, &bdyRiferimenti, &bdyNoteCliente, &bdyProfilazione}) {
+      if (grid == &bdyRiferimenti) AssignReferenceIds(bdyRiferimenti.Data(), key.ToLong());
+      grid->LoadLinkValue(key);
+      grid->Save();
+    }
+    bdyAllegati.LoadLinkValue(key);
+    bdyAllegati.Save();
+  });
+}
+
+void AnagraficaClienti::OnPopupItem(const std::string& key) {
+  RunHandler(Location("crdAnagraficaClienti", "PopupItemSelected"), [&] {
+    const Variant id(CurrentId());
+    if (key == "Cruscotto Cliente") {
+      App().OpenItem("CruscottoCliente", {id});
+    } else if (key == "POP_UP_SINCRONIZZA_CONTATTO") {
+      if (!App().Parameters().ReadFlagParameter("OutlookAttivo")) {
+        ShowLiteral(kOutlookNonAttivo);
+      } else if (!App().Parameters().ReadFlagParameter("OutlookInstallato")) {
+        // The reference host has no mail client of its own to synchronise.
+        ShowLiteral(kOutlookNonInstallato);
+      } else if (ShowMessage(kMsgSincronizza, corvina20::kStyleOkCancel) == corvina20::kAnswerOk) {
+        App().OpenItem("SincronizzaContattiOutlook", {id});
+      }
+    } else if (key == "POP_UP_DOCUMENTALE") {
+      App().OpenItem("Documentale", {Variant(kForm), id});
+    } else if (key == "POP_UP_FIDOCLIENTE") {
+      App().OpenItem("FidoClienti", {Variant("IdAnagrafica = " + std::to_string(CurrentId()))});
+    }
+  });
+}
+
+void AnagraficaClienti::OnDuplicatesPopup(corvina20::VxBody& grid, const std::string& key) {
+  RunHandler(Location(grid.Name().c_str(), "PopupItemSelected"), [&] {
+    if (key == "Apri Anagrafica") {
+      RecordsetPtr rs = grid.Data();
+      if (!rs || rs->IsEOF() || rs->IsBOF()) return;
+      const int tipo = FieldValue(rs, Variant("TipoAnag")).ToLong();
+      App().OpenItem(tipo == 2 ? "AnagraficaLeads" : tipo == 1 ? "AnagraficaClienti" : "AnagraficaContatti",
+                     {rs->Fields("IdAnagrafica").Value()});
+    } else if (key == "Acquisisci Dati da righe selezionate") {
+      AcquisisciDatiAnagraficheDoppie(grid, CurrentId());
+    } else if (key == "Cancella Anagrafiche selezionate") {
+      CancellaAnagraficheDoppie(grid);
+    }
+  });
+}
+
+}  // namespace vantor20

@@ -1,0 +1,106 @@
+// History snapshots of the party cards.
+#include "cards/customer/HistorySnapshot.h"
+
+#if __has_include("cards/customer/SalvaStoricoAnagrafiche.h")
+#include "cards/customer/SalvaStoricoAnagrafiche.h"
+#define VANTOR_SNAPSHOT_DIALOG 1
+#endif
+#include "module/CardValues.h"
+#include "module/modMainModule.h"
+
+namespace vantor20 {
+namespace {
+
+// Blank values of different kinds (Empty, Null, "") are the same to the user.
+bool SameValue(const Variant& a, const Variant& b) {
+  if (IsBlank(a) || IsBlank(b)) return IsBlank(a) && IsBlank(b);
+  return a.Equals(b);
+}
+
+}  // namespace
+
+const std::vector<SnapshotField>& CustomerSnapshotFields() {
+  static const std::vector<SnapshotField> fields = {
+      {"txtRagioneSociale1", "RagioneSociale", false},
+      {"txtRagioneSociale2", "RagioneSociale2", false},
+      {"txtIndirizzo", "Indirizzo", false},
+      {"txtCitta", "Citta", false},
+      {"txtCap", "", false},
+      {"txtProvincia", "Provincia", false},
+      {"cdoNazione", "CodNazione", false},
+      {"txtPartitaIva", "PartitaIva", false},
+      {"cdoCodiceFiscale", "CodiceFiscale", false},
+      {"ckbClienteEsente", "Esente", false},
+      {"cdoCodIvaEsente", "CodIvaEsente", false},
+      {"dteValiditaAutorizDa", "ValiditaAutorizzDa", true},
+      {"dteValiditaAutorizA", "ValiditaAutorizzA", true},
+      {"txtLetInt", "NrAutorizz", false},
+      {"dteLetInt", "DataAutorizz", true},
+      {"txtNsNrAutorizz", "NsNrAutorizz", false},
+      {"dteNsDataAutorizz", "NsDataAutorizz", true},
+      {"ckbSoggettoConai", "FlagSoggettoConai", false},
+      {"percEsenzConai", "PercEsenzConai", false},
+      {"dteDataConai", "DataLetteraConai", true},
+      {"percEsenzConaiModificabile", "PercEsenzConaiModificabile", false},
+  };
+  return fields;
+}
+
+RememberedValues RememberSnapshotFields(const corvina20::Form& form,
+                                        const std::vector<SnapshotField>& fields) {
+  RememberedValues values;
+  for (const SnapshotField& f : fields)
+    if (corvina20::Control* c = form.FindControl(f.control)) values[f.control] = c->Value();
+  return values;
+}
+
+bool SnapshotFieldsChanged(const corvina20::Form& form, const std::vector<SnapshotField>& fields,
+                           const RememberedValues& remembered) {
+  for (const SnapshotField& f : fields) {
+    auto it = remembered.find(f.control);
+    corvina20::Control* c = form.FindControl(f.control);
+    if (it != remembered.end() && c != nullptr && !SameValue(it->second, c->Value())) return true;
+  }
+  return false;
+}
+
+SnapshotChoice AskSnapshotDate(std::int32_t idAnagrafica) {
+#ifndef VANTOR_SNAPSHOT_DIALOG
+  (void)idAnagrafica;
+  return {};
+#else
+  auto dialog = std::make_shared<SalvaStoricoAnagrafiche>();
+  SnapshotChoice choice;
+  dialog->ChiusuraModale = [&choice](const std::string& message, std::int16_t idRiga,
+                                     bool confirmed, const corvina20::DateTime& date) {
+    choice = {message, idRiga, confirmed, date};
+  };
+  dialog->InitWithIdAnagrafica(idAnagrafica);
+  App().ShowModalForm(dialog);
+  dialog->ChiusuraModale = nullptr;
+  return choice;
+#endif
+}
+
+void AddSnapshotRow(corvina20::VxBody& grid, std::int32_t idAnagrafica, const SnapshotChoice& choice,
+                    const std::vector<SnapshotField>& fields, const RememberedValues& remembered,
+                    std::int16_t tipoCliFor) {
+  std::vector<std::pair<std::string, Variant>> values = {
+      {"IdAnagrafica", Variant(idAnagrafica)},
+      {"IdRiga", Variant(choice.idRiga)},
+      {"TipoCliFor", Variant(tipoCliFor)},
+      {"DataAnagrafica", Variant(choice.date)},
+  };
+  for (const SnapshotField& f : fields) {
+    if (*f.column == '\0') continue;
+    auto it = remembered.find(f.control);
+    if (it == remembered.end() || (f.date && IsBlank(it->second))) continue;
+    values.emplace_back(f.column, IsBlank(it->second) ? Variant::Null() : it->second);
+  }
+  // Written as data, not typed: the grid's columns are read-only to the user.
+  RecordsetPtr rs = grid.Data();
+  rs->AddNew();
+  for (const auto& [column, value] : values) rs->Fields(column) = value;
+}
+
+}  // namespace vantor20
