@@ -102,9 +102,9 @@ class AnagraficaClienti final : public corvina20::Form {
   void OnDuplicatesPopup(corvina20::VxBody& grid, const std::string& key);
   // Writes the excluded due-date periods and GgScadenza into the customer row.
   void WriteExcludedPeriods(const RecordsetPtr& customer);
-  // Copies the keys of the rows marked Default into IdBancaDefault and the
-  // two default-address columns.
-  void WriteDefaults(const RecordsetPtr& customer);
+  // Writes the keys of the rows marked Default into IdBancaDefault and the
+  // two default-address columns of the customer `key` (after the grids).
+  void WriteDefaults(const Variant& key);
   // Taking over an existing party that is not a customer yet.
   void OfferTakeOver(const char* field, const Variant& value);
   void ShowExcludedMonths();

@@ -277,7 +277,7 @@ void AnagraficaClienti::WriteExcludedPeriods(const RecordsetPtr& customer) {
                                     : Variant(static_cast<std::int16_t>(numGgEscluso.Value().ToLong()));
 }
 
-void AnagraficaClienti::WriteDefaults(const RecordsetPtr& customer) {
+void AnagraficaClienti::WriteDefaults(const Variant& key) {
   Variant bank = Variant::Null(), goods = Variant::Null(), invoice = Variant::Null();
   ForEachRow(bdyBancheCliente, [&](const RecordsetPtr& rs, long) {
     if (FlagOf(rs->Fields("Default").Value())) bank = rs->Fields("IdBanca").Value();
@@ -289,9 +289,10 @@ void AnagraficaClienti::WriteDefaults(const RecordsetPtr& customer) {
     if (tipo.ToLong() == 0) invoice = rs->Fields("IdIndirizzo").Value();
     if (tipo.ToLong() == 1) goods = rs->Fields("IdIndirizzo").Value();
   });
-  customer->Fields("IdBancaDefault") = bank;
-  customer->Fields("IdIndSpedMerceDefault") = goods;
-  customer->Fields("IdIndSpedFatturaDefault") = invoice;
+  App().GetConnection()->Execute(
+      "UPDATE STDAnagraficaClienti SET IdBancaDefault = ?, IdIndSpedMerceDefault = ?, "
+      "IdIndSpedFatturaDefault = ? WHERE IdAnagrafica = ?",
+      {bank, goods, invoice, key});
 }
 
 void AnagraficaClienti::OfferTakeOver(const char* field, const Variant& value) {
@@ -329,7 +330,6 @@ void AnagraficaClienti::OnActionInside(int operation) {
         }
         record->Fields("Cliente") = Variant(true);
       }
-      WriteDefaults(customer);
       if (openAccount_) {
         const std::int32_t id = record->Fields("IdAnagrafica").Value().ToLong();
         const std::string code = FormAutomaticAccount(codContoClienti_, maskConto_, id);
@@ -389,6 +389,8 @@ void AnagraficaClienti::OnBeginTrans() {
     }
     bdyAllegati.LoadLinkValue(key);
     bdyAllegati.Save();
+    // New rows have their keys only now that their grids are written.
+    WriteDefaults(key);
   });
 }
 
