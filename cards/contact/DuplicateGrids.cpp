@@ -91,7 +91,10 @@ std::string DuplicatesListText(const RecordsetPtr& rows) {
   std::string text;
   if (IsRecordsetClosed(rows)) return text;
   for (rows->MoveFirst(); !rows->IsEOF(); rows->MoveNext()) {
-    text += FieldValue(rows, Variant("TipoAnag")).ToString() + ": ";
+    // TipoAnag is 0, 1 or 2; a role flag read as a boolean still shows as 0/1.
+    const Variant tipo = FieldValue(rows, Variant("TipoAnag"));
+    const long kind = tipo.Kind() == corvina20::VariantKind::Boolean ? (tipo.ToBool() ? 1 : 0) : tipo.ToLong();
+    text += std::to_string(kind) + ": ";
     text += FieldValue(rows, Variant("RagioneSociale")).ToString() + " ";
     text += FieldValue(rows, Variant("RagioneSociale2")).ToString() + " ";
     text += FieldValue(rows, Variant("Indirizzo")).ToString() + " ";
