@@ -1,0 +1,114 @@
+// The customer card in Chromium against a real `corvina serve` on a demo
+// database: a new customer typed with a bank row (IBAN parts) and a delivery
+// address, the account question answered, the warnings accepted, and the
+// saved key and ledger account seen on the card and in the database.
+
+import { test, before, after } from 'node:test';
+import assert from 'node:assert/strict';
+import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
+
+const USER = 'anna';
+const PASSWORD = 'Segreta-1';
+
+let db;
+let server;
+let browser;
+let page;
+
+before(async () => {
+  db = createDatabase({ users: [[USER, PASSWORD]] });
+  server = await startServer(db.db);
+  browser = await launchBrowser();
+  page = await browser.context.newPage();
+});
+
+after(async () => {
+  await browser?.close();
+  await server?.stop();
+  db?.remove();
+});
+
+const panel = () => page.locator('.panel:not([hidden])');
+const field = (name) => panel().locator(`[data-control="${name}"] input`);
+const messageBox = () => page.locator('dialog.message-box[open]');
+const idle = () => page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
+
+async function typeField(name, value) {
+  await field(name).fill(value);
+  await field(name).press('Tab');
+  await idle();
+}
+
+// Types `value` into the cell of the grid's row `row` (1-based) and visible column `col`.
+async function typeCell(grid, row, col, value) {
+  await grid.locator(`tbody tr:nth-child(${row}) td:nth-of-type(${col})`).dblclick();
+  const editor = grid.locator('input.cell-editor');
+  await editor.fill(value);
+  await editor.press('Enter');
+  await idle();
+}
+
+test('a new customer with a bank row and an address: the account question and the warnings answered, the key and account shown', async () => {
+  await page.goto(server.url);
+  await page.fill('#login-user', USER);
+  await page.fill('#login-password', PASSWORD);
+  await page.click('.login-submit');
+  await page.click('.menu-item[data-item="AnagraficaClienti"]');
+  await panel().locator('.card-toolbar').waitFor();
+
+  await page.click('.panel:not([hidden]) [data-tool="new"]');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-new');
+  await typeField('txtRagioneSociale1', 'Officine Brambilla S.r.l.');
+  await typeField('txtCitta', 'Milano');
+  await typeField('cdoDivisa', 'EUR');
+  await typeField('txtPartitaIva', '03456780372');
+  await typeField('cdoCodiceFiscale', '03456780372');
+
+  await panel().locator('[role="tab"]', { hasText: 'Banche/Indirizzi' }).click();
+  const banks = panel().locator('[data-control="bdyBancheCliente"]');
+  await banks.locator('button', { hasText: 'Aggiungi riga' }).click();
+  await banks.locator('tbody tr').first().waitFor();
+  const parts = [[1, 'Banca Popolare Ambrosiana'], [7, 'IT'], [8, '60'], [9, 'X'], [10, '5428'], [11, '11101'], [12, '123456']];
+  for (const [col, value] of parts) await typeCell(banks, 1, col, value);
+  // The card recomposes the IBAN from its parts; the grid shows it.
+  await page.waitForFunction(() => document.querySelector(
+    '.panel:not([hidden]) [data-control="bdyBancheCliente"] tbody tr:nth-child(1) td:nth-of-type(13)')?.textContent === 'IT60X0542811101000000123456');
+
+  const addresses = panel().locator('[data-control="bdyIndirizzi"]');
+  await addresses.locator('button', { hasText: 'Aggiungi riga' }).click();
+  await addresses.locator('tbody tr').first().waitFor();
+  await typeCell(addresses, 1, 2, '1');
+  await typeCell(addresses, 1, 3, 'Magazzino Brambilla');
+  await typeCell(addresses, 1, 5, 'Via Stephenson 94');
+
+  await page.click('.panel:not([hidden]) [data-tool="save"]');
+  await messageBox().waitFor();
+  assert.equal(await messageBox().getAttribute('data-number'), '150');
+  assert.ok((await messageBox().locator('.message-text').textContent()).includes('Officine Brambilla S.r.l.'));
+  await messageBox().locator('button', { hasText: 'Sì' }).click();
+  // Any warnings left are accepted.
+  for (;;) {
+    await Promise.race([
+      page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse'),
+      messageBox().waitFor(),
+    ]);
+    if (await messageBox().count() === 0) break;
+    assert.equal(await messageBox().getAttribute('data-number'), '386');
+    await messageBox().locator('button', { hasText: 'Sì' }).click();
+    await messageBox().waitFor({ state: 'detached' });
+  }
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+
+  await panel().locator('[role="tab"]', { hasText: 'Anagrafica' }).first().click();
+  const key = Number(await field('numIdAnagrafica').inputValue());
+  assert.ok(key > 0);
+  await panel().locator('[role="tab"]', { hasText: 'Contabilità' }).click();
+  const account = `14.01.${String(key).padStart(5, '0')}`;
+  assert.equal(await field('cdoConto').inputValue(), account);
+  assert.deepEqual(db.sql(`SELECT A.Cliente, C.CodConto, B.Iban FROM STDAnagrafiche A JOIN STDAnagraficaClienti C ON C.IdAnagrafica = A.IdAnagrafica JOIN STDBancheClienti B ON B.IdAnagrafica = A.IdAnagrafica WHERE A.IdAnagrafica = ${key}`),
+    [{ Cliente: 1, CodConto: account, Iban: 'IT60X0542811101000000123456' }]);
+  assert.deepEqual(db.sql(`SELECT TipoIndirizzo, RagioneSociale FROM STDAnagIndirizzi WHERE IdAnagrafica = ${key}`),
+    [{ TipoIndirizzo: 1, RagioneSociale: 'Magazzino Brambilla' }]);
+  assert.deepEqual(db.sql(`SELECT Descrizione FROM STDPianoDeiConti WHERE CodConto = '${account}'`),
+    [{ Descrizione: 'Officine Brambilla S.r.l.' }]);
+});
