@@ -169,5 +169,52 @@ TEST_F(CustomerCard, ASupplierTakenOverBecomesACustomerWithItsBanksAsNewRows) {
   EXPECT_EQ(Count("STDBancheFornitori WHERE IdAnagrafica = 70"), 1);
 }
 
+TEST_F(CustomerCard, ExcludedMonthsEndOnTheLastDayOfTheMonthInTheWorkingYear) {
+  NewCustomer("Scadenze Spa", "", "02345670018");
+  Type("cboMeseEscluso1", Variant(std::int16_t{2}));
+  Type("cboMeseEscluso2", Variant(std::int16_t{8}));
+  Type("numGgEscluso", Variant(10));
+  harness.dialog->Expect(386, kAnswerYes, kQuestion);  // 1408
+  ASSERT_TRUE(card->Save());
+  const char* row = "STDAnagraficaClienti WHERE IdAnagrafica = 58 AND GgScadenza = 10 AND ";
+  EXPECT_EQ(Count(std::string(row) + "MmDaEscl1 = 2 AND GgDaEscl1 = 1 AND MmAEscl1 = 2 AND GgAEscl1 = 28"), 1);
+  EXPECT_EQ(Count(std::string(row) + "MmDaEscl2 = 8 AND GgDaEscl2 = 1 AND MmAEscl2 = 8 AND GgAEscl2 = 31"), 1);
+
+  // In a leap working year February ends on the 29th; a cleared month clears its period.
+  harness.session->SetWorkingDate(DateTime::FromParts(2024, 3, 1));
+  ASSERT_TRUE(card->Edit());
+  EXPECT_EQ(C("cboMeseEscluso1").Value().ToLong(), 2);
+  Type("cboMeseEscluso2", Variant());
+  harness.dialog->Expect(386, kAnswerYes, kQuestion);
+  ASSERT_TRUE(card->Save());
+  EXPECT_EQ(Count("STDAnagraficaClienti WHERE IdAnagrafica = 58 AND GgAEscl1 = 29 AND MmDaEscl2 IS NULL"), 1);
+}
+
+TEST_F(CustomerCard, DeletingACustomerUsedNowhereRemovesItsRoleRowsAndUnsharedAccount) {
+  SetParam("CreaAutomPC", "1");
+  Reopen();
+  db->Execute("INSERT INTO STDBancheClienti (IdAnagrafica, Descrizione) VALUES (57, 'Banca')");
+  ASSERT_TRUE(card->Load(Variant(57)));
+  harness.dialog->Expect(386, kAnswerNo, kQuestion);  // 747: the account goes too
+  EXPECT_FALSE(card->Delete());
+  EXPECT_NE(LastText().find(Text(747)), std::string::npos);
+  EXPECT_EQ(Count("STDAnagrafiche WHERE IdAnagrafica = 57"), 1);
+
+  harness.dialog->Expect(386, kAnswerYes, kQuestion);
+  ASSERT_TRUE(card->Delete());
+  EXPECT_EQ(Count("STDAnagrafiche WHERE IdAnagrafica = 57"), 0);
+  EXPECT_EQ(Count("STDAnagraficaClienti WHERE IdAnagrafica = 57"), 0);
+  EXPECT_EQ(Count("STDBancheClienti WHERE IdAnagrafica = 57"), 0);
+  EXPECT_EQ(Count("STDPianoDeiConti WHERE CodConto = '14.01.00057'"), 0);
+}
+
+TEST_F(CustomerCard, ACustomerNamedOnADocumentIsNotDeletedAndKeepsEverything) {
+  db->Execute("INSERT INTO ATTDocTeste (IdDoc, TipoDocumento, IdAnagrafica) VALUES (1, 'FAT', 57)");
+  ASSERT_TRUE(card->Load(Variant(57)));
+  harness.dialog->Expect(147, kAnswerOk, 64);
+  EXPECT_FALSE(card->Delete());
+  EXPECT_EQ(Count("STDAnagrafiche WHERE IdAnagrafica = 57 AND Cliente = 1"), 1);
+}
+
 }  // namespace
 }  // namespace corvina20::test
