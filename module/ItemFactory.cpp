@@ -16,6 +16,7 @@
 #include "cards/minor/AnagraficaVettori.h"
 #include "cards/minor/CasseCorrispettivi.h"
 #include "cards/supplier/AnagraficaFornitori.h"
+#include "module/CodedLookups.h"
 #include "reports/RptDichiarazioneIntento.h"
 #include "reports/RptEtichetteAnagrafiche.h"
 #include "reports/RptRubriche.h"
@@ -54,8 +55,14 @@ std::string Upper(std::string_view s) {
 
 FormPtr Find(const Entry* table, std::size_t size, std::string_view itemName) {
   const std::string wanted = Upper(itemName);  // upper-cased once
-  for (std::size_t i = 0; i < size; ++i)
-    if (Upper(table[i].name) == wanted) return table[i].create();
+  for (std::size_t i = 0; i < size; ++i) {
+    if (Upper(table[i].name) != wanted) continue;
+    FormPtr form = table[i].create();
+    // Every form's coded lookups get the validity filter here, whatever the
+    // form itself remembered to do.
+    WireCodedLookups(*form);
+    return form;
+  }
   return nullptr;
 }
 

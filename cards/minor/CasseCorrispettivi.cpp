@@ -15,6 +15,7 @@
 #include "cards/minor/CasseCorrispettivi.h"
 
 #include "module/CardHandlers.h"
+#include "module/CodedLookups.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
@@ -44,18 +45,6 @@ bool IsBlank(const Variant& v) {
 std::string Trimmed(const std::string& text) {
   std::size_t first = text.find_first_not_of(' ');
   return first == std::string::npos ? std::string() : text.substr(first);
-}
-
-// The validity filter of the coded tables: with "AbilitaGestioneDateValidita"
-// only rows still valid at the working date (or without an end date) are
-// offered. The date is written year-month-day without leading zeros.
-void AddValidityFilter(corvina20::LookupQuery& query) {
-  corvina20::HostParameters params = App().Parameters();
-  if (!params.ReadFlagParameter("AbilitaGestioneDateValidita")) return;
-  int y = 0, m = 0, d = 0, hh = 0, mm = 0, ss = 0;
-  params.WorkingDate().ToParts(y, m, d, hh, mm, ss);
-  query.AddFilter("Validita", corvina20::kCompareGreaterOrEqual,
-                  std::to_string(y) + "-" + std::to_string(m) + "-" + std::to_string(d), 1);
 }
 
 // True when the chart of accounts holds `code`.
@@ -104,19 +93,13 @@ CasseCorrispettivi::CasseCorrispettivi()
   crdCasseCorrispettivi.ActionInside = [this](int op) { OnActionInside(op); };
   crdCasseCorrispettivi.ActionAfter = [this](int op) { OnActionAfter(op); };
 
-  cdoCodConto.BrowserSql = [](corvina20::LookupQuery& query) {
-    RunHandler("CasseCorrispettivi.cdoCodConto_BrowserSql", [&] {
-      query.ClearFilters();
-      AddValidityFilter(query);
-    });
-  };
+  // Both account lookups take the validity filter from WireCodedLookups; the
+  // counter-account adds its own condition first.
   cdoCodContropartita.BrowserSql = [](corvina20::LookupQuery& query) {
-    RunHandler("CasseCorrispettivi.cdoCodContropartita_BrowserSql", [&] {
-      query.ClearFilters();
-      AddValidityFilter(query);
-      query.AddFilter("TipoCliFor", corvina20::kCompareEqual, kGenericAccount, 0);
-    });
+    query.ClearFilters();
+    query.AddFilter("TipoCliFor", corvina20::kCompareEqual, kGenericAccount, 0);
   };
+  WireCodedLookups(*this);
 }
 
 std::string CasseCorrispettivi::Location(const char* event) const {
