@@ -140,6 +140,16 @@ void AnagraficaClienti::WireEvents() {
     if (!ok) cancel = true;
   };
 
+  // The account lookups offer the accounts a customer can use: sub-accounts
+  // of the customers' side or of none (the validity filter is added to every
+  // coded lookup by the module).
+  for (corvina20::VxCode* account : {&cdoConto, &cdoCodContropartita})
+    account->BrowserSql = [](corvina20::LookupQuery& query) {
+      query.ClearFilters();
+      query.AddFilter("TipoConto", corvina20::kCompareEqual, "3", 0);
+      query.AddFilter("TipoCliFor", corvina20::kCompareLessOrEqual, "1", 0);
+    };
+
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2})
     grid->PopupItemSelected = [this, grid](const std::string& key) { OnDuplicatesPopup(*grid, key); };
 }
