@@ -5,8 +5,9 @@
 //   STDAnagraficaCaricatori, not over STDAnagrafiche: the document tails refer
 //   to loaders by this numbering. With "IdAnagraficaManuale" the user types the
 //   id instead, as on the carrier card.
-// - No duplicate check on fiscal code and VAT number (role 0): a loader is a
-//   loading site, and two sites of one company share its numbers.
+// - The save runs the carrier's validation whole, duplicate checks included
+//   (MinorPartyCard::CheckIdentityBeforeSave); a typed id is checked there
+//   too (CheckManualKey), so a missing or used one never reaches the table.
 // - A delete removes the loader's own row once no sales document names it.
 #include "cards/minor/AnagraficaCaricatori.h"
 
@@ -51,7 +52,7 @@ void AnagraficaCaricatori::OnInizialize(bool& ok, std::string& key, std::string&
 void AnagraficaCaricatori::OnActionBefore(int operation, bool& cancel) {
   bool ok = RunHandler(Location("ActionBefore"), [&] {
     if (operation == corvina20::kOpSave) {
-      CheckIdentityBeforeSave(0, cancel);
+      CheckIdentityBeforeSave(cancel);
     } else if (operation == corvina20::kOpDelete) {
       std::string usage = LoaderUsage(FieldValue(crd.GetRecordset(), Variant(kKey)).ToLong());
       if (!usage.empty()) {
@@ -66,10 +67,10 @@ void AnagraficaCaricatori::OnActionBefore(int operation, bool& cancel) {
 void AnagraficaCaricatori::OnActionInside(int operation) {
   RunInsideTransaction(Location("ActionInside"), [&] {
     if (operation != corvina20::kOpSave || crd.Mode() != corvina20::kModeNew) return;
-    // A typed id is the user's; an allocated one is taken again at save time,
-    // since the number shown at "new" may have been taken meanwhile. A manual
-    // id left blank is allocated all the same.
-    if (manualId_ && ShownId() != 0) return;
+    // A typed id is the user's (checked before the save); an allocated one is
+    // taken again at save time, since the number shown at "new" may have been
+    // taken meanwhile.
+    if (manualId_) return;
     AllocateIdAtSave();
   });
 }

@@ -4,9 +4,8 @@
 // - The id is always allocated ("Max(IdAnagraficaCostruttore) as IdLibera"
 //   + 1 over STDAnagraficaCostruttori) and never typed: "IdAnagraficaManuale"
 //   governs the keys of parties, and a manufacturer is not one.
-// - No duplicate check on fiscal code and VAT number (role 0): one company
-//   may stand here more than once, once per brand it makes, and the party
-//   roles of STDAnagrafiche say nothing about manufacturers.
+// - The save runs the carrier's validation whole, duplicate checks included
+//   (MinorPartyCard::CheckIdentityBeforeSave).
 // - A delete removes the manufacturer's own row; nothing else names it.
 #include "cards/minor/AnagraficaCostruttori.h"
 
@@ -50,7 +49,7 @@ void AnagraficaCostruttori::OnInizialize(bool& ok, std::string& key, std::string
 
 void AnagraficaCostruttori::OnActionBefore(int operation, bool& cancel) {
   bool ok = RunHandler(Location("ActionBefore"), [&] {
-    if (operation == corvina20::kOpSave) CheckIdentityBeforeSave(0, cancel);
+    if (operation == corvina20::kOpSave) CheckIdentityBeforeSave(cancel);
   });
   if (!ok) cancel = true;
 }

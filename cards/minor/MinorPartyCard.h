@@ -56,14 +56,20 @@ class MinorPartyCard : public corvina20::Form {
   void ShowIdAfter(int operation);
   // Reads "IdAnagraficaManuale": whether the user types the id.
   void ReadManualId();
-  // The checks of a save, in their fixed order: fiscal code (blocking under
-  // "ControlloCFBloccante", else a warning), Italian VAT number, duplicates
-  // of either among the parties of `role` (1..5; 0 skips the duplicate
-  // checks), both missing; the warnings are put to the user with question
-  // 386. Sets `cancel` when the save must not go on.
-  void CheckIdentityBeforeSave(std::int16_t role, bool& cancel);
+  // The checks of a save, in their fixed order: a typed key (when the
+  // user types the keys, CheckManualKey: refused at once), fiscal code
+  // (blocking under "ControlloCFBloccante", else a warning), Italian VAT
+  // number, either held by another party of any role
+  // (CheckDuplicateField(5, field, value, own id), no role check: messages
+  // 135 and 142), both missing; the warnings are put to the user with
+  // question 386. Sets `cancel` when the save must not go on.
+  void CheckIdentityBeforeSave(bool& cancel);
   // The id shown, 0 when none.
   std::int32_t ShownId() const;
+  // The key the duplicate checks leave out: the id shown when the card's
+  // records are parties of STDAnagrafiche, else 0 (no party is this record:
+  // a manufacturer's or a loader's number is not a party key).
+  std::int32_t OwnPartyId() const;
 
   const std::string formName_;
   const std::string table_;

@@ -175,8 +175,11 @@ TEST_F(CashRegisterCard, DeletingARegisterTakesAwayItsCustomerRole) {
   EXPECT_EQ(Count("STDAnagraficaClienti WHERE IdAnagrafica = 61"), 0);
 
   ASSERT_TRUE(card->Load(Variant(62)));
-  harness.dialog->ExpectText("Impossibile eliminare la cassa: risulta utilizzata (Ciclo Attivo).", kAnswerOk, 64);
+  // The carrier's numbered refusal, the area as PartyUsage gives it.
+  harness.dialog->Expect(147, kAnswerOk, 64);
   EXPECT_FALSE(card->Delete());
+  EXPECT_EQ(harness.dialog->Shown().back().text,
+            "Impossibile eliminare l'anagrafica: risulta utilizzata per Ciclo Attivo.");
   EXPECT_EQ(Count("STDAnagrafiche WHERE IdAnagrafica = 62 AND Cliente = 1 AND CassaCorrispettivi = 1"), 1);
 }
 
