@@ -26,6 +26,7 @@
 #include "module/CardErrorList.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
+#include "module/ManualKeys.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
@@ -147,6 +148,12 @@ std::int32_t AnagraficaClienti::IdForSave() const {
 }
 
 void AnagraficaClienti::CheckSave(bool& cancel) {
+  // A typed key is judged first: a save under a missing or used key cannot
+  // go anywhere, whatever the other checks say.
+  if (manualId_ && !CheckManualKey(crdAnagraficaClienti, kActionBefore)) {
+    cancel = true;
+    return;
+  }
   crdAnagraficaClienti.CommitFields();
   std::string errors, warnings;
   openAccount_ = false;

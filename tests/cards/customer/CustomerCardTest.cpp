@@ -169,6 +169,24 @@ TEST_F(CustomerCard, ASupplierTakenOverBecomesACustomerWithItsBanksAsNewRows) {
   EXPECT_EQ(Count("STDBancheFornitori WHERE IdAnagrafica = 70"), 1);
 }
 
+TEST_F(CustomerCard, ATypedKeyMustBeFreeAndIsKeptAsTyped) {
+  SetParam("IdAnagraficaManuale", "1");
+  Reopen();
+  NewCustomer("Chiave Manuale Srl", "", "02345670018");
+  Type("numIdAnagrafica", Variant(57));
+  ExpectErrors(Filled(21102, "57"));
+  EXPECT_FALSE(card->Save());
+  Type("numIdAnagrafica", Variant());
+  ExpectErrors(Text(21101));
+  EXPECT_FALSE(card->Save());
+  EXPECT_EQ(Count("STDAnagrafiche"), 1);
+
+  Type("numIdAnagrafica", Variant(500));
+  harness.dialog->Expect(386, kAnswerYes, kQuestion);
+  ASSERT_TRUE(card->Save());
+  EXPECT_EQ(Count("STDAnagraficaClienti WHERE IdAnagrafica = 500"), 1);
+}
+
 TEST_F(CustomerCard, ExcludedMonthsEndOnTheLastDayOfTheMonthInTheWorkingYear) {
   NewCustomer("Scadenze Spa", "", "02345670018");
   Type("cboMeseEscluso1", Variant(std::int16_t{2}));
