@@ -19,8 +19,8 @@ enum class DuplicatesNotice { MergeBegins, MergeEnds };
 
 // Tells the host that a merge of duplicates begins or has ended, so that it
 // can hold back and then refresh what the merge changes (the open calendar,
-// the CRM lists). The session has no operation for this yet, so the hook does
-// nothing; it marks the two places where the host is to be told.
+// the CRM lists): the session's Notify with "BeginUpdate" or "EndUpdate" and
+// no arguments. Never raises (a host that does not care ignores it).
 void NotifyHostDuplicates(DuplicatesNotice notice);
 
 // The captions of the two grids, with R the rank threshold and F the first
