@@ -38,6 +38,15 @@ class Form {
   // started: the form reads its load-time settings and fills its lists.
   virtual void Load() {}
 
+  // Modal display. The host marks the form open when it shows it modally
+  // (BeginModal, host only); the form calls CloseModal from its own button
+  // handlers once it has raised its closing event, and the host's wait in
+  // Session::ShowModalForm ends. ModalClosed is true whenever the form is not
+  // shown modally (never shown, or closed). Closing twice is harmless.
+  void BeginModal() { modalOpen_ = true; }
+  void CloseModal() { modalOpen_ = false; }
+  bool ModalClosed() const { return !modalOpen_; }
+
  protected:
   void SetProperty(std::string name, Variant value);
 
@@ -54,6 +63,7 @@ class Form {
   std::vector<std::unique_ptr<Control>> controls_;
   std::string name_;
   std::map<std::string, Variant, std::less<>> properties_;
+  bool modalOpen_ = false;
 };
 
 using FormPtr = std::shared_ptr<Form>;

@@ -1,7 +1,8 @@
 // The application session the host hands the module once, through Init: the
-// shared connection, host parameters, text translation, message display, the
-// document-model folder, opening of other items and the folder picker. The
-// module holds it module-wide and never creates one; the host implements it.
+// shared connection, host parameters, text translation, message display,
+// modal forms, the document-model folder, opening of other items and the
+// folder picker. The module holds it module-wide and never creates one; the
+// host implements it.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "corvina20/Connection.h"
+#include "corvina20/Form.h"
 #include "corvina20/HostParameters.h"
 #include "corvina20/Variant.h"
 
@@ -65,6 +67,13 @@ class Session {
   // Shows a message and returns the button pressed (kAnswer...). Synchronous
   // for the module, whatever the host does to get the answer.
   virtual int ShowMessage(const MessageRequest& request) = 0;
+  // Shows `form` modally over the current form and returns once it has
+  // closed: the form closed itself (Form::CloseModal), or the user closed it
+  // or the session ended, which count as closed without confirmation (the
+  // form's own closing event is then never raised). Synchronous for the
+  // module, as ShowMessage. The host starts the form's card (if any) and
+  // raises its Load first. REQUIRES: form not null and not already shown.
+  virtual void ShowModalForm(const FormPtr& form) = 0;
   // The folder under which the host keeps document models.
   virtual std::string DocumentPath() = 0;
   // Asks the host to open one of its items (or one of this module's). An item

@@ -1,15 +1,16 @@
 // `corvina script`: runs a file of UI actions, one JSON object a line, through
 // a workspace on the database, printing one JSON line per result and one per
-// dialog or error on the way. A malformed line is reported with its number
-// and the run goes on; the exit status is 1 when any line failed.
+// dialog or error on the way (automation/ScriptRunner). A malformed line is
+// reported with its number and the run goes on; the exit status is 1 when any
+// line failed.
 #include <fstream>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
 
 #include "app/Commands.h"
+#include "automation/ScriptRunner.h"
 #include "automation/Workspace.h"
-#include "core/Text.h"
 #include "corvina20/Error.h"
 #include "data/Database.h"
 
@@ -21,39 +22,10 @@ int RunScript(std::istream& in, const std::string& db, int defaultAnswer) {
   InitDatabase(*connection, false);
   auto dialog = std::make_shared<QueuedDialog>(defaultAnswer);
   Workspace workspace(connection, dialog);
-  auto print = [](const nlohmann::ordered_json& line) { std::cout << line.dump() << "\n" << std::flush; };
-
-  bool failed = false;
-  std::string line;
-  int number = 0;
-  while (std::getline(in, line)) {
-    ++number;
-    if (text::Trim(line).empty()) continue;
-    nlohmann::ordered_json action;
-    try {
-      action = nlohmann::ordered_json::parse(line);
-    } catch (const nlohmann::json::parse_error& e) {
-      failed = true;
-      print({{"error", {{"number", nullptr}, {"source", "script"},
-                        {"description", "riga " + std::to_string(number) + ": JSON non valido: " + e.what()}}},
-             {"line", number}});
-      continue;
-    }
-    try {
-      print(workspace.Perform(action, print));
-    } catch (const Error& e) {
-      failed = true;
-      nlohmann::ordered_json error = ErrorLine(e);
-      error["line"] = number;
-      print(error);
-    } catch (const std::exception& e) {
-      failed = true;
-      print({{"error", {{"number", nullptr}, {"source", "script"},
-                        {"description", "riga " + std::to_string(number) + ": " + e.what()}}},
-             {"line", number}});
-    }
-  }
-  return failed ? 1 : 0;
+  ScriptRunner runner(workspace, in, [](const nlohmann::ordered_json& line) {
+    std::cout << line.dump() << "\n" << std::flush;
+  });
+  return runner.Run() ? 0 : 1;
 }
 
 }  // namespace

@@ -175,8 +175,18 @@ std::optional<std::string> QueuedDialog::ChooseFolder(std::string_view title) {
 
 // ---- Workspace ---------------------------------------------------------------------
 
+namespace {
+SessionOptions ModalOptions(std::function<void(std::unique_ptr<OpenedItem>)> show) {
+  SessionOptions options;
+  options.showModalForm = std::move(show);
+  return options;
+}
+}  // namespace
+
 Workspace::Workspace(ConnectionPtr connection, std::shared_ptr<Dialog> dialog)
-    : session_(std::make_shared<HostSession>(std::move(connection), std::move(dialog))),
+    : session_(std::make_shared<HostSession>(
+          std::move(connection), std::move(dialog),
+          ModalOptions([this](std::unique_ptr<OpenedItem> opened) { ShowModal(std::move(opened)); }))),
       module_(std::make_unique<LoadedModule>(DefaultModulePath())) {
   SessionPtr app = session_;
   module_->Module().Init(app);
@@ -254,18 +264,65 @@ json Workspace::Grid(const json& action) {
   return result;
 }
 
+void Workspace::ShowModal(std::unique_ptr<OpenedItem> opened) {
+  Form& form = *opened->GetForm();
+  const int id = nextId_++;
+  const int opener = selected_;
+  const int lastBefore = lastId_;
+  const Emit emitBefore = emit_;
+  forms_[id] = std::move(opened);
+  modals_.push_back(id);
+  lastId_ = id;  // actions without a formId go to the modal form
+  // Whatever the nested actions did, the suspended one finds the workspace
+  // as it left it, and the modal form is gone.
+  struct Restore {
+    Workspace& w;
+    int id, opener, lastBefore;
+    const Emit& emitBefore;
+    ~Restore() {
+      w.forms_.erase(id);
+      w.modals_.pop_back();
+      w.lastId_ = w.forms_.count(lastBefore) ? lastBefore : (w.forms_.empty() ? 0 : w.forms_.rbegin()->first);
+      w.selected_ = opener;
+      w.emit_ = emitBefore;
+      if (auto* queued = dynamic_cast<QueuedDialog*>(&w.session_->GetDialog())) queued->SetEmitter(emitBefore);
+    }
+  } restore{*this, id, opener, lastBefore, emitBefore};
+
+  json line = {{"opened", form.Name()}, {"form", form.Name()}, {"formId", id}, {"modal", true}};
+  if (emit_) emit_(line);
+  while (!form.ModalClosed())
+    if (!modalLoop_ || !modalLoop_(line)) break;
+  if (emitBefore) emitBefore({{"closed", id}, {"modal", true}, {"opener", opener}});
+}
+
 json Workspace::Perform(const json& action, const Emit& emit) {
   if (!action.is_object()) Bad("ogni riga deve essere un oggetto JSON");
   if (auto* queued = dynamic_cast<QueuedDialog*>(&session_->GetDialog())) queued->SetEmitter(emit);
+  emit_ = emit;
   selected_ = lastId_;
   if (action.contains("formId")) {
     selected_ = action.at("formId").get<int>();
     if (!forms_.count(selected_)) Bad("maschera non aperta: " + std::to_string(selected_));
   }
+  if (!modals_.empty()) {
+    // A modal form holds the user, as on a desktop: only reading and the
+    // script's own settings get past it.
+    bool aside = action.contains("state") || action.contains("answers") || action.contains("param") ||
+                 action.contains("query");
+    if (!aside && (action.contains("open") || selected_ != modals_.back()))
+      Bad("è aperta la maschera modale " + forms_.at(modals_.back())->GetForm()->Name() + " (formId " +
+          std::to_string(modals_.back()) + "): agire su di essa o chiuderla prima");
+  }
   if (action.contains("open")) return Open(action);
   if (action.contains("close")) {
     OpenedItem& f = Current();
     if (f.card && f.card->Mode() != kModeBrowse) f.card->Cancel();
+    if (!modals_.empty() && selected_ == modals_.back()) {
+      // Closed by its window: unconfirmed. The modal loop ends and removes it.
+      f.GetForm()->CloseModal();
+      return {{"closed", selected_}};
+    }
     forms_.erase(selected_);
     if (lastId_ == selected_) lastId_ = forms_.empty() ? 0 : forms_.rbegin()->first;
     return {{"closed", selected_}};

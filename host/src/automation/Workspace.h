@@ -4,7 +4,16 @@
 // control, edit a grid, choose a popup item, answer dialogs, read the state)
 // exactly as a person's actions would run, and reports every dialog and error
 // on the way. `corvina script` and the web host's API both drive it, so the two
-// cannot drift apart. Not for: transport (files, HTTP) or threads.
+// cannot drift apart.
+//
+// A modal form the module shows (Session::ShowModalForm) becomes an open form
+// of the workspace while the action that showed it stays suspended inside the
+// module's call: the workspace asks its driver's modal loop for the user's
+// next actions, which run (through Perform, nested) on the modal form until
+// it closes; then the module's call returns and the suspended action goes on.
+// The script runner's loop reads the next lines, the web host's takes the
+// next requests on the session's UI thread. Not for: transport (files, HTTP)
+// or threads.
 #pragma once
 
 #include <deque>
@@ -27,6 +36,12 @@ namespace corvina20 {
 
 // Where the workspace reports dialogs and errors as they happen.
 using Emit = std::function<void(const nlohmann::ordered_json& line)>;
+
+// Runs the user's next action (through Workspace::Perform, reporting its
+// result as the driver does) while the modal form `modal` (its "opened"
+// line) waits; returns false when no action will ever come (the script ran
+// out, the session is ending), which closes the form unconfirmed.
+using ModalLoop = std::function<bool(const nlohmann::ordered_json& modal)>;
 
 // A dialog answered from a queue of planned answers, else a default answer;
 // every message shown is reported through the workspace's emitter.
@@ -54,7 +69,16 @@ class Workspace {
   // before the action's own result, which is returned. Throws
   // corvina20::Error for an action that cannot be carried out (unknown
   // control, wrong card mode, malformed action…) after reporting nothing.
+  // A modal form shown on the way is reported by the line
+  // {"opened":…,"form":…,"formId":N,"modal":true} and driven by the modal
+  // loop; when it closes, {"closed":N,"modal":true,"opener":M} follows. While
+  // it is open, actions go to it: an action for another form (or an "open")
+  // is refused; "state", "answers", "param" and "query" stay allowed.
   nlohmann::ordered_json Perform(const nlohmann::ordered_json& action, const Emit& emit);
+
+  // Who drives modal forms. Without one, a modal form closes at once,
+  // unconfirmed (after its opened and closed lines).
+  void SetModalLoop(ModalLoop loop) { modalLoop_ = std::move(loop); }
 
   // Cancels every open card that is in new or edit mode (a session that
   // ends keeps nothing half-typed).
@@ -73,6 +97,8 @@ class Workspace {
   nlohmann::ordered_json Open(const nlohmann::ordered_json& action);
   nlohmann::ordered_json Press(const std::string& button);
   nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
+  // Session::ShowModalForm as the workspace serves it (see the top).
+  void ShowModal(std::unique_ptr<OpenedItem> opened);
 
   std::shared_ptr<HostSession> session_;
   std::unique_ptr<LoadedModule> module_;
@@ -80,6 +106,9 @@ class Workspace {
   int lastId_ = 0;     // the form opened last
   int nextId_ = 1;
   int selected_ = 0;   // the form the action in progress works on
+  std::vector<int> modals_;  // the modal forms open, innermost last
+  ModalLoop modalLoop_;
+  Emit emit_;          // the emitter of the action in progress
 };
 
 // JSON from a Variant (dates as "yyyy-mm-dd[ hh:mm:ss]", amounts as numbers)

@@ -27,4 +27,10 @@ struct OpenedItem {
 std::unique_ptr<OpenedItem> OpenModuleItem(IAppModule& module, const std::string& kind,
                                            const std::string& name, const ConnectionPtr& connection);
 
+// A form the module made itself (one it shows modally) opened the same way:
+// attached under its own name with `kind`, its card started, its Load raised.
+// REQUIRES: form not null.
+std::unique_ptr<OpenedItem> OpenForm(FormPtr form, const std::string& kind,
+                                     const ConnectionPtr& connection);
+
 }  // namespace corvina20

@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include "corvina20/Form.h"
+
 namespace corvina20 {
 namespace {
 
@@ -15,12 +17,35 @@ std::string Describe(const MessageRequest& r) {
 
 Dialog::~Dialog() = default;
 
+void Dialog::ShowForm(Form&) {}
+
+void ScriptedDialog::ExpectForm(std::string form, std::function<void(Form&)> user) {
+  Expectation e;
+  e.form = std::move(form);
+  e.user = std::move(user);
+  expected_.push_back(std::move(e));
+}
+
+void ScriptedDialog::ShowForm(Form& form) {
+  if (expected_.empty() || expected_.front().form.empty()) {
+    problems_.push_back("maschera modale inattesa " + form.Name());
+    return;
+  }
+  Expectation e = expected_.front();
+  expected_.pop_front();
+  if (e.form != form.Name()) {
+    problems_.push_back("attesa la maschera modale " + e.form + ", mostrata " + form.Name());
+    return;
+  }
+  if (e.user) e.user(form);
+}
+
 void ScriptedDialog::Expect(std::int32_t number, int answer, std::optional<int> style) {
-  expected_.push_back({number, "", style, answer});
+  expected_.push_back({number, "", style, answer, "", {}});
 }
 
 void ScriptedDialog::ExpectText(std::string text, int answer, std::optional<int> style) {
-  expected_.push_back({std::nullopt, std::move(text), style, answer});
+  expected_.push_back({std::nullopt, std::move(text), style, answer, "", {}});
 }
 
 void ScriptedDialog::PlanFolder(std::optional<std::string> folder) {
@@ -29,7 +54,7 @@ void ScriptedDialog::PlanFolder(std::optional<std::string> folder) {
 
 int ScriptedDialog::Show(const MessageRequest& request) {
   shown_.push_back(request);
-  if (expected_.empty()) {
+  if (expected_.empty() || !expected_.front().form.empty()) {
     problems_.push_back("messaggio inatteso " + Describe(request));
     return kAnswerCancel;
   }
@@ -59,8 +84,9 @@ std::string ScriptedDialog::Problems() const {
   std::string out;
   for (const auto& p : problems_) out += p + "\n";
   for (const auto& e : expected_)
-    out += "messaggio atteso e mai mostrato: " +
-           (e.number ? std::to_string(*e.number) : "\"" + e.text + "\"") + "\n";
+    out += !e.form.empty() ? "maschera modale attesa e mai mostrata: " + e.form + "\n"
+                           : "messaggio atteso e mai mostrato: " +
+                                 (e.number ? std::to_string(*e.number) : "\"" + e.text + "\"") + "\n";
   return out;
 }
 

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <iostream>
 
+#include "corvina20/Error.h"
 #include "corvina20/MervoStatus.h"
 
 namespace corvina20 {
@@ -44,6 +45,30 @@ std::string HostSession::TranslateText(std::string_view text,
 }
 
 int HostSession::ShowMessage(const MessageRequest& request) { return dialog_->Show(request); }
+
+void HostSession::ShowModalForm(const FormPtr& form) {
+  if (!form) throw Error(kErrHost, "Corvina20.Session", "Nessuna maschera da mostrare");
+  for (const Form* shown : modals_)
+    if (shown == form.get())
+      throw Error(kErrHost, "Corvina20.Session", "La maschera " + form->Name() + " è già aperta");
+  form->BeginModal();
+  modals_.push_back(form.get());
+  struct Pop {
+    std::vector<const Form*>& list;
+    ~Pop() { list.pop_back(); }
+  } pop{modals_};
+  try {
+    std::unique_ptr<OpenedItem> opened = OpenForm(form, "modal", connection_);
+    if (options_.showModalForm) options_.showModalForm(std::move(opened));
+    else dialog_->ShowForm(*form);
+  } catch (...) {
+    form->CloseModal();  // an error while showing it: the form is gone, unconfirmed
+    throw;
+  }
+  // Still open: the user closed its window, or nobody will ever act on it
+  // (the session ended, the script ran out): closed without confirmation.
+  form->CloseModal();
+}
 
 std::string HostSession::DocumentPath() {
   return options_.documentPath.empty() ? DataDirectory() + "/models" : options_.documentPath;

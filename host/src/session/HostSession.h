@@ -1,6 +1,6 @@
 // The host's implementation of the session the module receives: one database
 // connection, a dialog for message display, the working date, the document
-// folder and a hook for opening items. The command line, the web host and the
+// folder and hooks for opening items and showing modal forms. The command line, the web host and the
 // tests each make one per user session.
 #pragma once
 
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "corvina20/Session.h"
+#include "items/OpenedItem.h"
 #include "session/Dialog.h"
 
 namespace corvina20 {
@@ -19,6 +20,10 @@ struct SessionOptions {
   std::string documentPath;  // "" means <data>/models
   // Called for OpenItem; when unset the request is only logged.
   std::function<void(std::string_view, const std::vector<Variant>&)> openItem;
+  // Called for ShowModalForm with the form opened (card started, loaded):
+  // shows it and returns once it is closed or will never be. When unset the
+  // dialog shows it (Dialog::ShowForm).
+  std::function<void(std::unique_ptr<OpenedItem>)> showModalForm;
 };
 
 class HostSession final : public Session {
@@ -32,6 +37,7 @@ class HostSession final : public Session {
   DateTime WorkingDate() override { return workingDate_; }
   std::string TranslateText(std::string_view text, const std::vector<std::string>& args) override;
   int ShowMessage(const MessageRequest& request) override;
+  void ShowModalForm(const FormPtr& form) override;
   std::string DocumentPath() override;
   void OpenItem(std::string_view itemName, const std::vector<Variant>& args) override;
   std::optional<std::string> BrowseForFolder(std::string_view title) override;
@@ -46,6 +52,7 @@ class HostSession final : public Session {
   ConnectionPtr connection_;
   std::shared_ptr<Dialog> dialog_;
   SessionOptions options_;
+  std::vector<const Form*> modals_;  // the modal forms shown now, innermost last
   DateTime workingDate_;
   std::vector<std::string> notifications_;
 };

@@ -27,6 +27,7 @@ struct UiSession::Impl {
   bool busy = false;
   Outcome current;
   std::optional<json> pending;  // the dialog parked on, with its request
+  std::optional<json> modalIdle;  // the modal form whose loop waits for an action
   std::optional<int> answer;
   std::chrono::steady_clock::time_point lastUse = std::chrono::steady_clock::now();
   std::unique_ptr<Workspace> workspace;
@@ -43,7 +44,31 @@ struct UiSession::Impl {
         tasks.pop_front();
       }
       task();
+      std::lock_guard lock(mutex);
+      busy = false;  // the request's action (and any modal loop in it) is over
+      changed.notify_all();
     }
+  }
+
+  // The workspace's modal loop, on the UI thread: waits for the next action
+  // (Submit queues it) and runs it. False when the session is ending.
+  bool NextModalAction(const json& modal) {
+    std::function<void()> task;
+    {
+      std::unique_lock lock(mutex);
+      if (aborting) return false;
+      modalIdle = modal;
+      changed.notify_all();
+      changed.wait(lock, [&] { return aborting || (!modalIdle && !tasks.empty()); });
+      if (aborting) {
+        modalIdle.reset();
+        return false;
+      }
+      task = std::move(tasks.front());
+      tasks.pop_front();
+    }
+    task();
+    return true;
   }
 
   // The answer of a session that has gone away: the button that changes
@@ -84,15 +109,14 @@ struct UiSession::Impl {
     return given;
   }
 
-  // Waits (lock held) until the request is over or parked; takes its outcome.
+  // Waits (lock held) until the request is over or parked; takes its
+  // outcome, which is reported once.
   Outcome Wait(std::unique_lock<std::mutex>& lock) {
-    changed.wait(lock, [&] { return !busy || pending.has_value(); });
+    changed.wait(lock, [&] { return !busy || pending.has_value() || modalIdle.has_value(); });
     Outcome out = current;
-    if (pending) {
-      out.dialog = *pending;
-    }
-    if (!busy) current = Outcome();
-    else current.events = json::array();  // reported once
+    if (pending) out.dialog = *pending;
+    else if (modalIdle) out.modal = *modalIdle;
+    current = Outcome();
     return out;
   }
 };
@@ -125,6 +149,7 @@ UiSession::UiSession(std::string user, const std::string& database)
       auto connection = OpenDatabase(database);
       auto dialog = std::make_shared<ParkingDialog>([self](const MessageRequest& r) { return self->Park(r); });
       self->workspace = std::make_unique<Workspace>(connection, dialog);
+      self->workspace->SetModalLoop([self](const json& modal) { return self->NextModalAction(modal); });
       ready.set_value();
     } catch (...) {
       ready.set_exception(std::current_exception());
@@ -151,7 +176,7 @@ Outcome UiSession::Submit(const json& action) {
     refused.error = json{{"number", kErrSessionClosed}, {"source", "Corvina20.Web"}, {"description", "Sessione chiusa"}};
     return refused;
   }
-  if (impl_->busy) {
+  if (impl_->busy && !impl_->modalIdle) {
     refused.error = json{{"number", kErrHost},
                          {"source", "Corvina20.Web"},
                          {"description", impl_->pending ? "Un messaggio attende risposta: rispondere prima di continuare"
@@ -160,6 +185,7 @@ Outcome UiSession::Submit(const json& action) {
     return refused;
   }
   impl_->busy = true;
+  impl_->modalIdle.reset();  // its loop takes this action
   impl_->current = Outcome();
   Impl* self = impl_.get();
   impl_->tasks.push_back([self, action] {
@@ -169,6 +195,15 @@ Outcome UiSession::Submit(const json& action) {
       result = self->workspace->Perform(action, [self](const json& line) {
         // Lines the workspace emits itself (not through the dialog).
         std::lock_guard guard(self->mutex);
+        if (line.contains("closed") && line.value("modal", false)) {
+          // The action that closed a modal form finished before it; the
+          // request's result will be the resumed action's, so this one
+          // becomes an event, in its place.
+          if (self->current.result) self->current.events.push_back(*self->current.result);
+          if (self->current.error) self->current.events.push_back({{"error", *self->current.error}});
+          self->current.result.reset();
+          self->current.error.reset();
+        }
         self->current.events.push_back(line);
       });
     } catch (const Error& e) {
@@ -179,8 +214,6 @@ Outcome UiSession::Submit(const json& action) {
     std::lock_guard guard(self->mutex);
     if (error) self->current.error = error;
     else self->current.result = result;
-    self->busy = false;
-    self->changed.notify_all();
   });
   impl_->changed.notify_all();
   return impl_->Wait(lock);
@@ -203,6 +236,11 @@ Outcome UiSession::Answer(int button) {
 std::optional<json> UiSession::PendingDialog() {
   std::lock_guard lock(impl_->mutex);
   return impl_->pending;
+}
+
+std::optional<json> UiSession::PendingModal() {
+  std::lock_guard lock(impl_->mutex);
+  return impl_->modalIdle;
 }
 
 std::chrono::steady_clock::time_point UiSession::LastUse() {

@@ -3,9 +3,15 @@
 // message the thread parks until the browser answers: the HTTP request that
 // started the action returns with the pending dialog, and the request that
 // carries the answer resumes the thread and returns with the action's result
-// (or the next dialog). Closing the session (logout, expiry) answers nothing:
-// a parked dialog is aborted with an error, so a save waiting on it rolls back,
-// and every card still in new or edit mode is cancelled before the thread ends.
+// (or the next dialog). A modal form the module shows parks the thread the
+// same way, in a nested loop that takes the session's next actions (those on
+// the modal form) one at a time: the request that showed it returns with the
+// modal form, each later request returns while it stays open, and the one
+// that closes it returns with the suspended action's result. Closing the
+// session (logout, expiry) answers nothing: a parked dialog gets the answer
+// that changes nothing and a modal form closes unconfirmed, on an abandoned
+// connection, so a save waiting on either writes nothing; every card still in
+// new or edit mode is cancelled before the thread ends.
 #pragma once
 
 #include <chrono>
@@ -29,6 +35,7 @@ struct Outcome {
   nlohmann::ordered_json events = nlohmann::ordered_json::array();  // dialogs answered, errors shown
   std::optional<nlohmann::ordered_json> result;   // the action's result, when it finished
   std::optional<nlohmann::ordered_json> dialog;   // the dialog waiting for an answer
+  std::optional<nlohmann::ordered_json> modal;    // the modal form waiting: its "opened" line
   std::optional<nlohmann::ordered_json> error;    // the action failed: {"number","source","description"}
 };
 
@@ -44,13 +51,17 @@ class UiSession {
   const std::string& User() const { return user_; }
 
   // Runs an action (the workspace's JSON actions) on the UI thread and waits
-  // until it finishes or parks on a dialog. While a dialog waits, another
-  // action is refused (the Outcome carries an error).
+  // until it finishes, parks on a dialog or leaves a modal form waiting.
+  // While a dialog waits, or an action runs, another action is refused (the
+  // Outcome carries an error); while a modal form waits, the action runs
+  // (the workspace refuses those for other forms).
   Outcome Submit(const nlohmann::ordered_json& action);
   // Answers the waiting dialog and waits as Submit does.
   Outcome Answer(int button);
   // The dialog waiting for an answer, if any.
   std::optional<nlohmann::ordered_json> PendingDialog();
+  // The modal form waiting for actions (its "opened" line), if any.
+  std::optional<nlohmann::ordered_json> PendingModal();
 
   // Ends the session: aborts a parked dialog, cancels open card edits, stops
   // the thread. Idempotent.

@@ -43,8 +43,18 @@ json Body(const Outcome& o) {
   json body = {{"events", o.events}};
   body["result"] = o.result ? *o.result : json(nullptr);
   body["dialog"] = o.dialog ? *o.dialog : json(nullptr);
+  body["modal"] = o.modal ? *o.modal : json(nullptr);
   body["error"] = o.error ? *o.error : json(nullptr);
   return body;
+}
+
+// The form that showed the modal form `formId`, when the outcome's events
+// say that the modal form closed.
+std::optional<int> OpenerOf(const Outcome& o, int formId) {
+  for (const auto& e : o.events)
+    if (e.is_object() && e.contains("closed") && e.value("modal", false) && e["closed"] == formId)
+      return e.value("opener", 0);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -144,9 +154,10 @@ struct WebHost::Impl {
   }
 
   Response get_me(const Request&, Entry& entry) {
-    json pending = nullptr;
+    json pending = nullptr, modal = nullptr;
     if (auto d = entry.ui->PendingDialog()) pending = *d;
-    return Json(200, {{"user", entry.ui->User()}, {"csrf", entry.csrf}, {"dialog", pending}});
+    if (auto m = entry.ui->PendingModal()) modal = *m;
+    return Json(200, {{"user", entry.ui->User()}, {"csrf", entry.csrf}, {"dialog", pending}, {"modal", modal}});
   }
 
   Response get_items(const Request&, Entry&) {
@@ -170,14 +181,30 @@ struct WebHost::Impl {
     return Finish(ui, o, formId);
   }
 
+  // The state of a form (the one opened last when none is named); null when
+  // it cannot be read.
+  json StateOf(UiSession& ui, std::optional<int> formId) {
+    json stateAction = {{"state", true}};
+    if (formId) stateAction["formId"] = *formId;
+    Outcome s = ui.Submit(stateAction);
+    return s.result ? (*s.result)["state"] : json(nullptr);
+  }
+
+  // The outcome with the state the client draws next: nothing while a
+  // dialog waits; the modal form's own state inside `modal` while one waits;
+  // the named form's state, or, when the action closed that form as a modal
+  // one, the state of the form that showed it (its suspended action is over).
   Response Finish(UiSession& ui, const Outcome& o, std::optional<int> formId) {
     json body = Body(o);
     if (!o.dialog) {
-      json stateAction = {{"state", true}};
-      if (formId) stateAction["formId"] = *formId;
-      Outcome s = ui.Submit(stateAction);
-      if (s.result) body["state"] = (*s.result)["state"];
-      else body["state"] = nullptr;
+      std::optional<int> modalId;
+      if (o.modal) {
+        modalId = (*o.modal)["formId"].get<int>();
+        body["modal"]["state"] = StateOf(ui, modalId);
+      }
+      std::optional<int> opener = formId ? OpenerOf(o, *formId) : std::nullopt;
+      if (modalId && formId == modalId) body["state"] = body["modal"]["state"];  // read once
+      else body["state"] = StateOf(ui, opener ? opener : formId);
     }
     return Json(200, body);
   }
@@ -225,7 +252,11 @@ struct WebHost::Impl {
     auto id = FormId(req);
     if (!id) return Fail(400, "Maschera non valida");
     Outcome o = entry.ui->Submit({{"formId", *id}, {"close", true}});
-    return Json(o.error ? 404 : 200, Body(o));
+    if (o.error) return Json(404, Body(o));
+    // Closing a modal form resumes the action that showed it: its outcome,
+    // as for any action. An ordinary form has no state left to show.
+    if (OpenerOf(o, *id)) return Finish(*entry.ui, o, id);
+    return Json(200, Body(o));
   }
 
   Response post_dialog(const Request& req, Entry& entry) {
