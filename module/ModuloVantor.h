@@ -60,8 +60,8 @@ bool ClearPartyChildRows(std::int32_t idAnagrafica);
 
 // ---- Usage -----------------------------------------------------------------
 // Each answers the text that fills the "%s" of the card's refusal message
-// (e.g. "…è utilizzato nei documenti del %s"), or "" when nothing uses the
-// party. The texts are kept exactly, leading blanks included.
+// (e.g. 147, "Impossibile eliminare l'anagrafica: risulta utilizzata per
+// %s."), or "" when nothing uses the party. The texts are kept exactly, leading blanks included.
 
 // The first area that uses the party `idAnagrafica` whose role `role` (a
 // PartyRole code) is being removed, tested in this order:
@@ -70,10 +70,11 @@ bool ClearPartyChildRows(std::int32_t idAnagrafica);
 //   stock movements           " Magazzino"
 //   journal lines             "la Contabilità"
 //   agents paid through it    "l'Anagrafica Agenti"
-// The role narrows two areas: for the contact role only quotations count
-// among the documents (an offer, a request for quotation); on journal lines
-// the customer role looks at the customer side, the supplier role at the
-// supplier side, every other role at both.
+// The role narrows two areas: the document heads by their kind (for the
+// contact role only the quotations, an offer or a request for quotation; for
+// every other role every kind but those), and the journal lines by side (the
+// customer role the customer side, the supplier role the supplier side,
+// every other role both).
 // Raises (procedure "PartyUsage") the database's error.
 std::string PartyUsage(std::int32_t idAnagrafica, int role);
 

@@ -42,13 +42,16 @@ bool Found(const QueryBuilder& query) {
   return !IsRecordsetClosed(rs) && !(rs->IsBOF() && rs->IsEOF());
 }
 
-// A document head of the party; for the contact role only the cycle's
-// quotation kind, since a prospect appears on nothing else.
+// A document head of the party, always narrowed by its kind: for the
+// contact role the cycle's quotation kind only, since a prospect appears on
+// nothing else; for every other role every kind but the quotation, which
+// names the party as a prospect (the contact role's own documents).
 bool DocumentHeadFound(std::string_view table, std::int32_t id, int role,
                        std::string_view quotationKind) {
   QueryBuilder query = Probe(table, "IdDoc");
   query.AddCondition("IdAnagrafica", kCompareEqual, Variant(id));
-  if (role == kRoleContatto) query.AddCondition("TipoDocumento", kCompareEqual, Variant(quotationKind));
+  query.AddCondition("TipoDocumento", role == kRoleContatto ? kCompareEqual : kCompareDifferent,
+                     Variant(quotationKind));
   return Found(query);
 }
 

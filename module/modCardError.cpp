@@ -67,9 +67,10 @@ void CaptureCardError(std::string_view procedure) {
     Error current = corvina20::CurrentError();
     LastErrorNumber = current.Number();
     LastErrorDescription = current.Description();
-    LastErrorText = procedure.empty()
-                        ? current.Source()
-                        : FormatErrorText(current.Number(), current.Source(), procedure);
+    // With no procedure name the source stands in for it, still inside the
+    // trace: the text keeps its head line either way.
+    LastErrorText = FormatErrorText(current.Number(), current.Source(),
+                                    procedure.empty() ? std::string_view(current.Source()) : procedure);
   } catch (...) {
     // Nothing to capture.
   }

@@ -42,8 +42,10 @@ int ShowMessage(std::int32_t number, int style, const std::vector<std::string>& 
 int AskMessage(std::int32_t number, const std::string& list);
 
 // Fills the error state from the error being handled: its number, its
-// description and FormatErrorText(number, source, procedure), or the source
-// itself when `procedure` is empty. REQUIRES: inside a catch block.
+// description and FormatErrorText(number, source, procedure); when
+// `procedure` is empty the source stands in for the procedure name
+// (FormatErrorText(number, source, source)), so the text keeps its head.
+// REQUIRES: inside a catch block.
 void CaptureCardError(std::string_view procedure);
 
 // When `show` is true: displays the stored error (style 101 when `style` is

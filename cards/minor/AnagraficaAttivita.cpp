@@ -6,7 +6,8 @@
 //   being edited (or a new code entered) and the grid has rows.
 // - Thresholds the user typed are the company's own and are never
 //   recomputed; only empty ones get their default (AnagraficaAttivitaCalcoli.h).
-// - The texts below have no dictionary number; they are the module's own.
+// - The amount columns carry the base currency ("CodDivisaBase"), read when
+//   the grid is laid out.
 #include "cards/minor/AnagraficaAttivita.h"
 
 #include <cctype>
@@ -16,6 +17,7 @@
 
 #include "cards/minor/AnagraficaAttivitaCalcoli.h"
 #include "module/CardHandlers.h"
+#include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
 #include "module/modMainModule.h"
 
@@ -30,12 +32,11 @@ constexpr const char* kForm = "AnagraficaAttivita";
 constexpr const char* kCalcolaProrata = "CalcolaProrata";
 constexpr const char* kCalcolaPlafond = "CalcolaPlafond";
 
-constexpr const char* kCodiceMancante = "Indicare il codice dell'attività.";
-constexpr const char* kCodiceEsistente = "Il codice attività %s è già presente.";
-constexpr const char* kAnniDettaglio = "Ogni riga del dettaglio deve indicare un anno diverso.";
-constexpr const char* kProRataNonTrovato =
-    "Nessuna liquidazione IVA definitiva del %s indica la percentuale di pro-rata "
-    "dell'attività %s.";
+// The card's dictionary messages (docs/messages.md).
+constexpr std::int32_t kMsgCodiceMancante = 21103;
+constexpr std::int32_t kMsgCodiceEsistente = 21104;    // "%s": the code
+constexpr std::int32_t kMsgAnniDettaglio = 21105;
+constexpr std::int32_t kMsgProRataNonTrovato = 21106;  // "%s": the year, the code
 
 bool IsBlank(const Variant& v) {
   return v.IsEmpty() || v.IsNull() ||
@@ -54,12 +55,9 @@ bool SameColumn(const std::string& a, const char* b) {
   return true;
 }
 
-// Shows one of the texts above as information, its "%s" filled in order.
-void Inform(const std::string& text, const std::vector<std::string>& args = {}) {
-  corvina20::MessageRequest request;
-  request.text = App().TranslateText(text, args);
-  request.style = corvina20::kStyleInformation;
-  App().ShowMessage(request);
+// Shows one of the card's messages as information, its "%s" filled in order.
+void Inform(std::int32_t number, const std::vector<std::string>& args = {}) {
+  ShowMessage(number, corvina20::kStyleInformation, args);
 }
 
 GridColumn Column(const char* field, const char* caption, ControlKind kind, bool editable = true) {
@@ -69,6 +67,20 @@ GridColumn Column(const char* field, const char* caption, ControlKind kind, bool
   c.kind = kind;
   c.editable = editable;
   return c;
+}
+
+// An amount column in the base currency `currency` ("" when the parameter is unset).
+GridColumn Amount(const char* field, const char* caption, const std::string& currency,
+                  bool editable = true) {
+  GridColumn c = Column(field, caption, ControlKind::Amount, editable);
+  c.currency = currency;
+  return c;
+}
+
+// "CodDivisaBase", "" when unset.
+std::string BaseCurrency() {
+  Variant currency = App().Parameters().ReadParameter("CodDivisaBase");
+  return currency.IsNull() || currency.IsEmpty() ? std::string() : currency.ToString();
 }
 
 }  // namespace
@@ -94,18 +106,19 @@ AnagraficaAttivita::AnagraficaAttivita()
   txtCodiceAteco.SetMaxLength(8);
   lblDivisa.Place("frmAttivita");
 
+  // The columns are laid out with the form, before the card starts, so the
+  // base currency is read here rather than in Inizialize.
+  const std::string currency = BaseCurrency();
   bdyDettaglio.BindTable("COGParametriIvaAttivitaRighe", "Anno", "CodAttivita");
   bdyDettaglio.AddColumn(Column("Anno", "Anno", ControlKind::Integer));
   bdyDettaglio.AddColumn(Column("PercProRata", "% ProRata", ControlKind::Percent));
-  bdyDettaglio.AddColumn(Column("PlafondDisponibile", "Plafond Annuale", ControlKind::Amount));
-  bdyDettaglio.AddColumn(Column("PlafondUtilizzato", "Plafond Utilizzato", ControlKind::Amount));
-  bdyDettaglio.AddColumn(Column("PlafondResiduo", "Plafond Residuo", ControlKind::Amount, false));
-  bdyDettaglio.AddColumn(
-      Column("PlafondResiduo1", "Primo Avviso Superamento Plafond", ControlKind::Amount));
-  bdyDettaglio.AddColumn(
-      Column("PlafondResiduo2", "Secondo Avviso Superamento Plafond", ControlKind::Amount));
-  bdyDettaglio.AddColumn(Column("Acconto", "Acconto", ControlKind::Amount));
-  bdyDettaglio.AddColumn(Column("LiquidazioneAnnuale", "Liquidazione Annuale", ControlKind::Amount));
+  bdyDettaglio.AddColumn(Amount("PlafondDisponibile", "Plafond Annuale", currency));
+  bdyDettaglio.AddColumn(Amount("PlafondUtilizzato", "Plafond Utilizzato", currency));
+  bdyDettaglio.AddColumn(Amount("PlafondResiduo", "Plafond Residuo", currency, false));
+  bdyDettaglio.AddColumn(Amount("PlafondResiduo1", "Primo Avviso Superamento Plafond", currency));
+  bdyDettaglio.AddColumn(Amount("PlafondResiduo2", "Secondo Avviso Superamento Plafond", currency));
+  bdyDettaglio.AddColumn(Amount("Acconto", "Acconto", currency));
+  bdyDettaglio.AddColumn(Amount("LiquidazioneAnnuale", "Liquidazione Annuale", currency));
   bdyDettaglio.Popup().Add(kCalcolaProrata, "Calcola ProRata");
   bdyDettaglio.Popup().Add(kCalcolaPlafond, "Calcola Plafond Annuale");
 
@@ -157,7 +170,7 @@ void AnagraficaAttivita::OnInizialize(bool& ok, std::string& key, std::string& d
 bool AnagraficaAttivita::CheckBeforeSave() {
   crdAnagraficaAttivita.CommitFields();
   if (IsBlank(txtCodAttivita.Value())) {
-    Inform(kCodiceMancante);
+    Inform(kMsgCodiceMancante);
     txtCodAttivita.SetFocus();
     return false;
   }
@@ -168,7 +181,7 @@ bool AnagraficaAttivita::CheckBeforeSave() {
     q.SetTable("COGParametriIvaAttivita");
     q.AddCondition("CodAttivita", corvina20::kCompareEqual, Variant(code));
     if (!q.Open(corvina20::LockType::ReadOnly)->IsEOF()) {
-      Inform(kCodiceEsistente, {code});
+      Inform(kMsgCodiceEsistente, {code});
       txtCodAttivita.SetFocus();
       return false;
     }
@@ -179,7 +192,7 @@ bool AnagraficaAttivita::CheckBeforeSave() {
     for (rows->MoveFirst(); !rows->IsEOF(); rows->MoveNext()) {
       Variant year = rows->Fields("Anno").Value();
       if (IsBlank(year) || !years.insert(year.ToLong()).second) {
-        Inform(kAnniDettaglio);
+        Inform(kMsgAnniDettaglio);
         bdyDettaglio.SetFocus();
         return false;
       }
@@ -221,7 +234,7 @@ void AnagraficaAttivita::ComputeProRata(const std::string& code, int year) {
   YearProRata found = ReadYearProRata(code, year);
   RecordsetPtr row = bdyDettaglio.Data();
   if (!found.found) {
-    Inform(kProRataNonTrovato, {std::to_string(year), code});
+    Inform(kMsgProRataNonTrovato, {std::to_string(year), code});
     return;
   }
   row->Fields("PercProRata") = found.percProRata;

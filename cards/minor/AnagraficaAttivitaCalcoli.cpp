@@ -128,8 +128,8 @@ YearProRata ReadYearProRata(const std::string& codAttivita, int anno) {
 
 Currency AnnualCeiling(const std::string& codAttivita, int anno) {
   try {
-    // Fixed method: this year's ceiling is made by last year's exports.
-    QueryBuilder q = VatLines(codAttivita, anno - 1, kRegistroVendite);
+    // Over the year's own registrations (DataRegistrazione within `anno`).
+    QueryBuilder q = VatLines(codAttivita, anno, kRegistroVendite);
     q.AddCondition("STDIva.VolumeAffari", kCompareEqual, Variant(true));
     q.AddConditionText(kNatureCheFormanoPlafond);
     return Sum(q);

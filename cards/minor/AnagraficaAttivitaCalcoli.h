@@ -42,9 +42,9 @@ struct YearProRata {
 // Raises (procedure "YearProRata") the database's error.
 YearProRata ReadYearProRata(const std::string& codAttivita, int anno);
 
-// The annual ceiling of `anno` (fixed, calendar-year method): the taxable
-// amounts, signed by SegnoIva, of the sales-register VAT lines registered in
-// anno - 1 for the activity, with VAT codes that count in the business volume
+// The annual ceiling of `anno`: the taxable amounts, signed by SegnoIva, of
+// the sales-register VAT lines registered in `anno` (their
+// COGPrimeNoteTeste.DataRegistrazione within the year) for the activity, with VAT codes that count in the business volume
 // and whose nature is an export or an operation assimilated to one (N3.1 to
 // N3.4). Provisional registrations and registrations whose causal is not of
 // the sales register do not count. 0 when nothing matches.

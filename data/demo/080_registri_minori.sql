@@ -2,7 +2,7 @@
 -- maker) and loaders 4-6 join those of 030_anagrafiche.sql (loader 1 is the
 -- one named on the tail of sales document 2; these are named on none); cash
 -- registers 40 and 41 join register 11; activity code 2 joins code 1. The 2024 settlements hold the December settlement, the advance
--- (period 13) and the annual settlement (period 14); the 2024 intra-EU sales
+-- (period 13) and the annual settlement (period 14); the 2025 intra-EU sales
 -- of activity 1 make its 2025 export ceiling of 175000, of which the 2025
 -- purchase under declaration of intent (registration 2) uses 25000.
 
@@ -36,9 +36,9 @@ INSERT INTO COGIvaLiquidazioni (Anno, Periodo, DataLiquidazione, ValoriDefinitiv
 INSERT INTO COGIvaLiquidazioniAttivita (Anno, Periodo, CodAttivita, PercProrata, IvaDebito, IvaCredito) VALUES (2024, 14, '1', 100.0, 1200.0, 1100.0);
 INSERT INTO COGIvaLiquidazioniAttivita (Anno, Periodo, CodAttivita, PercProrata, IvaDebito, IvaCredito) VALUES (2024, 14, '2', 62.5, 300.0, 220.0);
 
-INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (101, NULL, '2024-04-15', 'FV', 'Fattura n. 48/A (cessione intracomunitaria)', 9, 1, 2, 'A', 48, '1', 'F', '2024-04-15', '48', 0, 'EUR', 60000.0, 60000.0, 0.0);
-INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (102, NULL, '2024-09-20', 'FV', 'Fattura n. 131/A (cessione intracomunitaria)', 10, 1, 2, 'A', 131, '1', 'F', '2024-09-20', '131', 0, 'EUR', 120000.0, 120000.0, 0.0);
-INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (103, NULL, '2024-10-05', 'NCV', 'Nota di credito n. 9/A', 10, 1, 2, 'A', 139, '1', 'N', '2024-10-05', '9', '2024-09-20', '131', 0, 'EUR', 5000.0, 5000.0, 0.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (101, NULL, '2025-04-15', 'FV', 'Fattura n. 48/A (cessione intracomunitaria)', 9, 1, 2, 'A', 48, '1', 'F', '2025-04-15', '48', 0, 'EUR', 60000.0, 60000.0, 0.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (102, NULL, '2025-09-20', 'FV', 'Fattura n. 131/A (cessione intracomunitaria)', 10, 1, 2, 'A', 131, '1', 'F', '2025-09-20', '131', 0, 'EUR', 120000.0, 120000.0, 0.0);
+INSERT INTO COGPrimeNoteTeste (IdPrimaNota, IdDoc, DataRegistrazione, CodCausale, Descrizione, IdAnagrafica, TipoCliFor, TipoRegIva, SezionaleIva, NrProtocollo, CodAttivita, TipoDocumento, DataDocumento, NumeroDocumento, DataFattura, NrFattura, Provvisoria, CodDivisa, TotDocumentoVB, TotImponibileVB, TotImpostaVB) VALUES (103, NULL, '2025-10-05', 'NCV', 'Nota di credito n. 9/A', 10, 1, 2, 'A', 139, '1', 'N', '2025-10-05', '9', '2025-09-20', '131', 0, 'EUR', 5000.0, 5000.0, 0.0);
 INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (101, 1, '14.01.00009', 9, 1, 60000.0, 0.0);
 INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (101, 2, '70.01.00001', NULL, 0, 0.0, 60000.0);
 INSERT INTO COGPrimeNoteRCont (IdPrimaNota, IdRiga, CodConto, IdCliFor, TipoCliFor, ImportoDare, ImportoAvere) VALUES (102, 1, '14.01.00010', 10, 1, 120000.0, 0.0);

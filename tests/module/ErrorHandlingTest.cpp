@@ -135,13 +135,14 @@ TEST_F(CardErrorState, CapturedErrorsAreShownOnceThenCleared) {
   EXPECT_EQ(LastErrorNumber, 0);
   EXPECT_EQ(LastErrorText, "");
 
-  // Without a procedure name the source is kept as it is.
+  // Without a procedure name the trace is still formatted.
   try {
     throw Error(7, "Origine", "d");
   } catch (...) {
     CaptureCardError("");
   }
-  EXPECT_EQ(LastErrorText, "Origine");
+  // The source stands in for the missing procedure name: the head stays.
+  EXPECT_EQ(LastErrorText, "Errore ( 7 ) - Componente ( Origine )\r\nVantor20.Origine");
   harness.dialog->ExpectText("d", corvina20::kAnswerOk, 16);
   ShowCardError(true, 16);
 }

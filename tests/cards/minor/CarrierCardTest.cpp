@@ -156,6 +156,40 @@ TEST_F(CarrierCard, AnExistingPartyIsTakenOverInsteadOfDuplicated) {
   EXPECT_NE(harness.dialog->Shown().back().text.find(MervoStatus().GetMessage(n135)), std::string::npos);
 }
 
+TEST_F(CarrierCard, APartyOfAnyRoleHoldingTheCodesIsAWarning) {
+  // A customer only, never a carrier: its numbers still count as taken.
+  db->Execute("UPDATE STDAnagrafiche SET PartitaIva = '00743110157' WHERE IdAnagrafica = 57");
+  std::int32_t n135 = 135, n142 = 142;
+  NewCarrier("Trasporti Nuovi");
+  harness.dialog->Expect(142, kAnswerOk, 64);   // the take-over offer, declined
+  harness.dialog->Expect(137, kAnswerNo, 36);
+  Type("txtPartitaIva", Variant("00743110157"));
+  harness.dialog->Expect(386, kAnswerNo, 36);
+  EXPECT_FALSE(card->Save());
+  EXPECT_NE(harness.dialog->Shown().back().text.find(MervoStatus().GetMessage(n142)), std::string::npos);
+  EXPECT_EQ(Count("RagioneSociale = 'Trasporti Nuovi'"), 0);
+
+  // Its fiscal code too, typed in edit mode (no take-over offered there).
+  Type("txtPartitaIva", Variant("01114601006"));
+  ASSERT_TRUE(card->Save());
+  ASSERT_TRUE(card->Edit());
+  Type("cdoCodiceFiscale", Variant("RSSMRA85T10A562S"));
+  harness.dialog->Expect(386, kAnswerYes, 36);
+  ASSERT_TRUE(card->Save());
+  EXPECT_NE(harness.dialog->Shown().back().text.find(MervoStatus().GetMessage(n135)), std::string::npos);
+  EXPECT_EQ(harness.dialog->Shown().back().text.find(MervoStatus().GetMessage(n142)), std::string::npos);
+}
+
+TEST_F(CarrierCard, TheAfterActionHandlerTracesWithTheCustomerCardsLocationForEveryCode) {
+  // The last possible key is taken: showing the next one after "new" fails.
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Cliente) VALUES (2147483647, 'Ultimo', 1)");
+  harness.dialog->ExpectText("Overflow: nessun IdAnagrafica libero oltre 2147483647", kAnswerOk, 101);
+  ASSERT_TRUE(card->New());
+  ASSERT_TRUE(harness.dialog->Shown().back().error);
+  const std::string& trace = harness.dialog->Shown().back().error->source;
+  EXPECT_EQ(trace.substr(trace.rfind("\r\n") + 2), "Vantor20.AnagraficaClienti.crdAnagraficaClienti_ActionAfter");
+}
+
 TEST_F(CarrierCard, TheIdIsTakenAgainAtSaveTimeAndTheReplacedPartyKept) {
   SetParam("IdAnagraficaCollegata", "1");
   ASSERT_TRUE(card->New());  // nothing on screen: nothing to replace

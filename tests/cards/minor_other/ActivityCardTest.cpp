@@ -10,6 +10,7 @@
 
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
+#include "corvina20/HostParameters.h"
 #include "corvina20/VxBody.h"
 #include "support/TestSupport.h"
 
@@ -79,18 +80,22 @@ class ActivityCard : public ::testing::Test {
 TEST_F(ActivityCard, ANewCodeIsSavedWithItsYearsOnceCodeAndYearsAreSound) {
   ASSERT_TRUE(card->New());
   ControlOf<Control>(*opened, "txtDescrizione").Type(Variant("Servizi di consulenza"));
-  harness.dialog->ExpectText("Indicare il codice dell'attività.", kAnswerOk, 64);
+  // Each refusal is a numbered dictionary message.
+  harness.dialog->Expect(21103, kAnswerOk, 64);
   EXPECT_FALSE(card->Save());
+  EXPECT_EQ(harness.dialog->Shown().back().text, "Indicare il codice dell'attività.");
 
   ControlOf<Control>(*opened, "txtCodAttivita").Type(Variant("A1"));
-  harness.dialog->ExpectText("Il codice attività A1 è già presente.", kAnswerOk, 64);
+  harness.dialog->Expect(21104, kAnswerOk, 64);
   EXPECT_FALSE(card->Save());
+  EXPECT_EQ(harness.dialog->Shown().back().text, "Il codice attività A1 è già presente.");
 
   ControlOf<Control>(*opened, "txtCodAttivita").Type(Variant("A3"));
   grid->AddRow({{"Anno", Variant(2024)}, {"PercProRata", Variant(90.0)}});
   grid->AddRow({{"Anno", Variant(2024)}});
-  harness.dialog->ExpectText("Ogni riga del dettaglio deve indicare un anno diverso.", kAnswerOk, 64);
+  harness.dialog->Expect(21105, kAnswerOk, 64);
   EXPECT_FALSE(card->Save());
+  EXPECT_EQ(harness.dialog->Shown().back().text, "Ogni riga del dettaglio deve indicare un anno diverso.");
   grid->SetCells(1, {{"Anno", Variant(2025)}});
   ASSERT_TRUE(card->Save());
   EXPECT_EQ(QueryLong(db, "SELECT COUNT(*) FROM COGParametriIvaAttivita WHERE CodAttivita = 'A3' AND "
@@ -127,9 +132,10 @@ TEST_F(ActivityCard, TheProRataComesFromTheLatestDefinitiveSettlementNeverFromTh
   ASSERT_TRUE(card->Edit());
   Command("CalcolaProrata", 0);
   Command("CalcolaProrata", 1);
-  harness.dialog->ExpectText("Nessuna liquidazione IVA definitiva del 2026 indica la percentuale di pro-rata "
-                             "dell'attività A1.", kAnswerOk, 64);
+  harness.dialog->Expect(21106, kAnswerOk, 64);
   Command("CalcolaProrata", 2);
+  EXPECT_EQ(harness.dialog->Shown().back().text,
+            "Nessuna liquidazione IVA definitiva del 2026 indica la percentuale di pro-rata dell'attività A1.");
   ASSERT_TRUE(card->Save());
   EXPECT_EQ(Value("PercProRata", "A1", 2024), 78);  // December, not the advance's 60
   EXPECT_EQ(Value("Acconto", "A1", 2024), 800);
@@ -146,28 +152,29 @@ TEST_F(ActivityCard, TheProRataComesFromTheLatestDefinitiveSettlementNeverFromTh
   EXPECT_EQ(Value("LiquidazioneAnnuale", "A1", 2024), 3800);
 }
 
-TEST_F(ActivityCard, TheCeilingIsLastYearsExportsAndItsUseThisYearsPurchasesUnderDeclaration) {
+TEST_F(ActivityCard, TheCeilingIsTheYearsExportsAndItsUseTheYearsPurchasesUnderDeclaration) {
   db->Execute("INSERT INTO STDIva (CodIva, Aliquota, TipoIVA, Natura, VolumeAffari) VALUES "
               "('22', 22, 0, NULL, 1), ('NI8A', 0, 1, 'N3.1', 1), ('NI41', 0, 1, 'N3.2', 1), "
               "('NI8C', 0, 1, 'N3.5', 1), ('RC17', 0, 1, 'N6.3', 1), ('NIX', 0, 1, 'N3.1', 0)");
   db->Execute("INSERT INTO COGCausaliContabili (CodCausale, TipoRegIva) VALUES ('FV', 2), ('NCV', 2), "
               "('FA', 1), ('NCA', 1), ('GIR', 0)");
-  // 2024 sales: what builds the 2025 ceiling...
-  Registration("2024-03-10", "FV", "A1", 2, "NI8A", 1, 100000);
-  Registration("2024-05-10", "FV", "A1", 2, "NI41", 1, 60000);
-  Registration("2024-06-10", "NCV", "A1", 2, "NI8A", -1, 5000);
+  // 2025 sales: what builds the 2025 ceiling (registered within the year,
+  // not the year before)...
+  Registration("2025-03-10", "FV", "A1", 2, "NI8A", 1, 100000);
+  Registration("2025-05-10", "FV", "A1", 2, "NI41", 1, 60000);
+  Registration("2025-06-10", "NCV", "A1", 2, "NI8A", -1, 5000);
   // ...and what does not: taxable, sold under declaration, reverse charge,
   // outside the business volume, provisional, a causal of no register,
   // another activity, other years.
-  Registration("2024-07-01", "FV", "A1", 2, "22", 1, 40000);
-  Registration("2024-07-02", "FV", "A1", 2, "NI8C", 1, 30000);
-  Registration("2024-07-03", "FV", "A1", 2, "RC17", 1, 8000);
-  Registration("2024-07-04", "FV", "A1", 2, "NIX", 1, 7000);
-  Registration("2024-08-01", "FV", "A1", 2, "NI8A", 1, 9000, true);
-  Registration("2024-08-02", "GIR", "A1", 2, "NI8A", 1, 11000);
-  Registration("2024-09-01", "FV", "A2", 2, "NI8A", 1, 13000);
-  Registration("2023-12-31", "FV", "A1", 2, "NI8A", 1, 17000);
-  Registration("2025-01-01", "FV", "A1", 2, "NI8A", 1, 19000);
+  Registration("2025-07-01", "FV", "A1", 2, "22", 1, 40000);
+  Registration("2025-07-02", "FV", "A1", 2, "NI8C", 1, 30000);
+  Registration("2025-07-03", "FV", "A1", 2, "RC17", 1, 8000);
+  Registration("2025-07-04", "FV", "A1", 2, "NIX", 1, 7000);
+  Registration("2025-08-01", "FV", "A1", 2, "NI8A", 1, 9000, true);
+  Registration("2025-08-02", "GIR", "A1", 2, "NI8A", 1, 11000);
+  Registration("2025-09-01", "FV", "A2", 2, "NI8A", 1, 13000);
+  Registration("2024-12-31", "FV", "A1", 2, "NI8A", 1, 17000);
+  Registration("2026-01-01", "FV", "A1", 2, "NI8A", 1, 19000);
   // 2025 purchases without VAT under the company's declarations, a credit
   // note on one of them, and purchases that do not use the ceiling.
   Registration("2025-02-01", "FA", "A1", 1, "NI8C", 1, 25000);
@@ -197,6 +204,23 @@ TEST_F(ActivityCard, TheCeilingIsLastYearsExportsAndItsUseThisYearsPurchasesUnde
   EXPECT_EQ(Value("PlafondResiduo1", "A1", 2025), 20000);
   EXPECT_EQ(Value("PlafondResiduo2", "A1", 2025), 7750);
   EXPECT_EQ(Value("PlafondResiduo", "A1", 2025), -5000);
+}
+
+TEST_F(ActivityCard, TheAmountColumnsCarryTheBaseCurrency) {
+  HostParameters(db, DateTime::FromParts(2025, 6, 30)).WriteParameter("CodDivisaBase", Variant("EUR"));
+  auto reopened = OpenItem(harness, "AnagraficaAttivita");
+  std::string amounts;
+  for (const GridColumn& column : ControlOf<VxBody>(*reopened, "bdyDettaglio").Columns()) {
+    if (column.kind != ControlKind::Amount) {
+      EXPECT_EQ(column.currency, "") << column.field;
+      continue;
+    }
+    EXPECT_EQ(column.currency, "EUR") << column.field;
+    amounts += column.field + " ";
+  }
+  EXPECT_EQ(amounts,
+            "PlafondDisponibile PlafondUtilizzato PlafondResiduo PlafondResiduo1 PlafondResiduo2 "
+            "Acconto LiquidazioneAnnuale ");
 }
 
 // The demo database agrees with the rules: recomputing its 2025 ceiling gives

@@ -99,7 +99,9 @@ TEST_F(CashRegisterCard, ARegisterIsSavedAsAFinalConsumerCustomerMarkedAsRegiste
   EXPECT_EQ(Count("STDAnagrafiche WHERE IdAnagrafica = 59 AND RagioneSociale = 'Cassa 1 - Monza' AND "
                   "CassaCorrispettivi = 1 AND Cliente = 1 AND CodDivisa = 'EUR'"),
             1);
+  // The register mark on both records, the customer row's beside ConsumatoreFinale.
   EXPECT_EQ(Count("STDAnagraficaClienti WHERE IdAnagrafica = 59 AND ConsumatoreFinale = 1 AND "
+                  "CassaCorrispettivi = 1 AND "
                   "CodConto = '14.01.00060' AND CodContropartita = '70.01.00003' AND "
                   "FineValidita = '2030-12-31'"),
             1);

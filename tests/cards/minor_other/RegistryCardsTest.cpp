@@ -1,13 +1,16 @@
 // The manufacturer and loader cards through the real module: each numbers its
 // records over its own table (maximum + 1, gaps left alone, taken again at
 // save time), keeps apart from the parties of STDAnagrafiche, checks fiscal
-// code and VAT number like the carrier card, and deletes its own rows; a
-// loader named on a sales document tail cannot be deleted.
+// code and VAT number like the carrier card (a party of any role holding
+// them is reported), and deletes its own rows; a loader named on a sales
+// document tail cannot be deleted. Typed keys are refused alike on every
+// minor card when missing or used.
 #include <gtest/gtest.h>
 
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
 #include "corvina20/HostParameters.h"
+#include "corvina20/MervoStatus.h"
 #include "corvina20/VxCode.h"
 #include "support/TestSupport.h"
 
@@ -64,7 +67,8 @@ TEST_F(RegistryCards, ManufacturersRunTheirOwnNumbering) {
             1);
   EXPECT_EQ(Count("STDAnagrafiche"), 1);
 
-  // One company may stand twice (a brand each): no duplicate warning.
+  // One company may stand twice (a brand each): no party holds the number,
+  // so no duplicate warning.
   ASSERT_TRUE(card->New());
   Type("txtRagioneSociale1", Variant("Utensilerie Brianza - linea Pro"));
   Type("txtPartitaIva", Variant("01114601006"));
@@ -128,6 +132,70 @@ TEST_F(RegistryCards, ALoaderNamedOnASalesTailIsNotDeleted) {
   ASSERT_TRUE(card->Delete());
   EXPECT_EQ(Count("STDAnagraficaCaricatori WHERE IdAnagrafica = 3"), 0);
   EXPECT_EQ(Count("STDAnagraficaCaricatori"), 1);
+}
+
+TEST_F(RegistryCards, ManufacturersAndLoadersAreWarnedOfAPartyHoldingTheirCodes) {
+  db->Execute("UPDATE STDAnagrafiche SET CodiceFiscale = 'RSSMRA85T10A562S', PartitaIva = '00743110157' "
+              "WHERE IdAnagrafica = 900");
+  std::int32_t n135 = 135, n142 = 142;
+  const std::string fiscalCodeHeld = MervoStatus().GetMessage(n135);
+  const std::string vatHeld = MervoStatus().GetMessage(n142);
+  for (const char* item : {"AnagraficaCostruttori", "AnagraficaCaricatori"}) {
+    SCOPED_TRACE(item);
+    Open(item);
+    ASSERT_TRUE(card->New());
+    Type("txtRagioneSociale1", Variant("Ditta Doppia"));
+    Type("txtPartitaIva", Variant("00743110157"));  // the customer's
+    harness.dialog->Expect(386, kAnswerNo, 36);
+    EXPECT_FALSE(card->Save());
+    EXPECT_NE(harness.dialog->Shown().back().text.find(vatHeld), std::string::npos);
+    EXPECT_EQ(harness.dialog->Shown().back().text.find(fiscalCodeHeld), std::string::npos);
+
+    Type("txtPartitaIva", Variant::Null());
+    Type("cdoCodiceFiscale", Variant("rssmra85t10a562s"));  // compared upper-cased
+    harness.dialog->Expect(386, kAnswerYes, 36);
+    ASSERT_TRUE(card->Save());
+    EXPECT_NE(harness.dialog->Shown().back().text.find(fiscalCodeHeld), std::string::npos);
+  }
+  EXPECT_EQ(Count("STDAnagraficaCostruttori WHERE CodiceFiscale = 'RSSMRA85T10A562S'"), 1);
+  EXPECT_EQ(Count("STDAnagraficaCaricatori WHERE CodiceFiscale = 'RSSMRA85T10A562S'"), 1);
+}
+
+TEST_F(RegistryCards, EveryMinorCardRefusesAMissingOrUsedTypedKeyWithItsOwnMessage) {
+  SetParam("IdAnagraficaManuale", "1");
+  db->Execute("INSERT INTO STDAnagraficaCaricatori (IdAnagrafica, RagioneSociale) VALUES (900, 'Caricatore')");
+  std::int32_t n21101 = 21101;
+  const std::string missing = MervoStatus().GetMessage(n21101);
+  ASSERT_FALSE(missing.empty());
+  const std::pair<const char*, const char*> items[] = {
+      {"AnagraficaVettori", "STDAnagrafiche WHERE RagioneSociale = 'Chiave Scelta'"},
+      {"AnagraficaCaricatori", "STDAnagraficaCaricatori WHERE RagioneSociale = 'Chiave Scelta'"},
+      {"CasseCorrispettivi", "STDAnagrafiche WHERE RagioneSociale = 'Chiave Scelta'"}};
+  for (const auto& [item, written] : items) {
+    SCOPED_TRACE(item);
+    Open(item);
+    ASSERT_TRUE(card->New());
+    Type("txtRagioneSociale1", Variant("Chiave Scelta"));
+    Type("numIdAnagrafica", Variant::Null());
+    harness.dialog->ExpectText(missing, kAnswerOk, 101);
+    EXPECT_FALSE(card->Save());
+    ASSERT_TRUE(harness.dialog->Shown().back().error);
+    EXPECT_EQ(harness.dialog->Shown().back().error->number, 21101);
+    EXPECT_EQ(harness.dialog->Shown().back().error->source,
+              std::string("Errore ( 21101 ) - Componente ( Vantor20 )\r\nVantor20.") + item + ".crd" + item +
+                  "_ActionBefore");
+
+    // 900 is the customer's key, and the loader's: used either way.
+    Type("numIdAnagrafica", Variant(900));
+    harness.dialog->ExpectText("Il codice 900 è già utilizzato da un'altra anagrafica: indicare un codice libero.",
+                               kAnswerOk, 101);
+    EXPECT_FALSE(card->Save());
+    ASSERT_TRUE(harness.dialog->Shown().back().error);
+    EXPECT_EQ(harness.dialog->Shown().back().error->number, 21102);
+    EXPECT_EQ(card->Mode(), kModeNew);
+    EXPECT_EQ(Count(written), 0);
+    ASSERT_TRUE(card->Cancel());
+  }
 }
 
 }  // namespace

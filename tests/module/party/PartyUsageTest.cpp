@@ -52,20 +52,23 @@ TEST_F(PartyUsageTest, AreasAreTestedInOrderAndTheRoleChoosesSideAndKinds) {
   Sql("INSERT INTO MagMovTeste (DataMovimento, IdAnagrafica) VALUES ('2025-02-01', 20)");
   EXPECT_EQ(PartyUsage(id, kRoleFornitore), " Magazzino");
 
-  // A received invoice: purchase cycle for every role but the contact, whose
-  // documents are quotations only.
-  PurchaseHead(1, "FAR", id);
-  EXPECT_EQ(PartyUsage(id, kRoleFornitore), " Ciclo Passivo");
-  EXPECT_EQ(PartyUsage(id, kRoleContatto), " Magazzino");
-  PurchaseHead(2, "ROF", id);
+  // Document heads always by kind: a quotation names the party as a
+  // prospect, seen by the contact role only; any other kind by every other
+  // role only.
+  PurchaseHead(1, "ROF", id);
   EXPECT_EQ(PartyUsage(id, kRoleContatto), " Ciclo Passivo");
+  EXPECT_EQ(PartyUsage(id, kRoleFornitore), " Magazzino");
+  PurchaseHead(2, "FAR", id);
+  EXPECT_EQ(PartyUsage(id, kRoleFornitore), " Ciclo Passivo");
+  EXPECT_EQ(PartyUsage(id, kRoleAgente), " Ciclo Passivo");
 
-  SalesHead(1, "FAT", id);
+  SalesHead(1, "OFC", id);
+  EXPECT_EQ(PartyUsage(id, kRoleContatto), "Ciclo Attivo");
+  EXPECT_EQ(PartyUsage(id, kRoleCliente), " Ciclo Passivo");
+  SalesHead(2, "FAT", id);
   EXPECT_EQ(PartyUsage(id, kRoleCliente), "Ciclo Attivo");
   EXPECT_EQ(PartyUsage(id, kRoleFornitore), "Ciclo Attivo");
-  EXPECT_EQ(PartyUsage(id, kRoleContatto), " Ciclo Passivo");
-  SalesHead(2, "OFC", id);
-  EXPECT_EQ(PartyUsage(id, kRoleContatto), "Ciclo Attivo");
+  EXPECT_EQ(PartyUsage(id, kRoleVettore), "Ciclo Attivo");
 
   // Another party's documents say nothing about this one.
   EXPECT_EQ(PartyUsage(22, kRoleCliente), "");
