@@ -4,6 +4,7 @@
 #include "corvina20/MervoStatus.h"
 #include "data/fulltext/FtsIndexes.h"
 #include "data/schema/Schema.h"
+#include "data/schema/TextCollation.h"
 #include "data/sqlite/SqliteBackend.h"
 
 namespace corvina20 {
@@ -14,6 +15,8 @@ ConnectionPtr OpenDatabase(const std::string& location) {
 
 int InitDatabase(Connection& connection, bool demo) {
   int applied = data::ApplySchema(connection, DataDirectory() + "/schema");
+  // A database made before text compared without regard to case.
+  data::MigrateTextCollation(connection);
   data::fulltext::EnsureFullTextIndexes(connection);
   if (demo) {
     auto rs = connection.OpenRecordset("SELECT COUNT(*) AS N FROM STDAnagrafiche");

@@ -9,6 +9,7 @@
 
 #include "corvina20/Error.h"
 #include "data/schema/DdlConverter.h"
+#include "data/sqlite/SqliteText.h"
 
 namespace corvina20::data {
 namespace {
@@ -17,6 +18,8 @@ class RawDb {
  public:
   RawDb() {
     sqlite3_open(":memory:", &db_);
+    // Text columns are declared with the host's collation.
+    RegisterTextSemantics(db_);
     Exec("PRAGMA foreign_keys = ON");
   }
   ~RawDb() { sqlite3_close(db_); }

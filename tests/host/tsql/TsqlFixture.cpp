@@ -3,6 +3,8 @@
 
 #include <stdexcept>
 
+#include "data/sqlite/SqliteText.h"
+
 namespace corvina20::test {
 namespace {
 
@@ -45,6 +47,8 @@ void Check(int rc, sqlite3* db, const std::string& sql) {
 TsqlFixture::TsqlFixture() {
   std::string path = dir_.File("tsql.db");
   if (sqlite3_open(path.c_str(), &db_) != SQLITE_OK) throw std::runtime_error("cannot open " + path);
+  // The translated texts name the host's text collation, as on its connections.
+  data::RegisterTextSemantics(db_);
   Exec(kSchema);
 }
 

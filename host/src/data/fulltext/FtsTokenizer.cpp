@@ -5,6 +5,8 @@
 // included) separates words.
 #include "data/fulltext/FtsTokenizer.h"
 
+#include "data/text/TextFold.h"
+
 #include <cstdint>
 #include <unordered_set>
 
@@ -37,33 +39,6 @@ struct Abbreviation {
 constexpr Abbreviation kAbbreviations[] = {
     {"flli", "fratelli"}, {"soc", "societa"}, {"coop", "cooperativa"}, {"pza", "piazza"},
     {"pzza", "piazza"},   {"vle", "viale"},   {"cso", "corso"}};
-
-// Decodes one UTF-8 sequence at text[i]; advances i. Invalid bytes give
-// U+FFFD (a separator below) and advance by one.
-char32_t Decode(std::string_view text, std::size_t& i) {
-  auto byte = [&](std::size_t k) { return static_cast<std::uint8_t>(text[k]); };
-  std::uint8_t b = byte(i);
-  if (b < 0x80) {
-    ++i;
-    return b;
-  }
-  int extra = (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2 : (b & 0xF8) == 0xF0 ? 3 : -1;
-  if (extra < 0 || i + static_cast<std::size_t>(extra) >= text.size()) {
-    ++i;
-    return 0xFFFD;
-  }
-  char32_t cp = b & (0x3F >> extra);
-  for (int k = 1; k <= extra; ++k) {
-    std::uint8_t c = byte(i + static_cast<std::size_t>(k));
-    if ((c & 0xC0) != 0x80) {
-      ++i;
-      return 0xFFFD;
-    }
-    cp = (cp << 6) | (c & 0x3F);
-  }
-  i += static_cast<std::size_t>(extra) + 1;
-  return cp;
-}
 
 enum class CharClass { Separator, Word, Drop };
 
@@ -140,7 +115,7 @@ void RawTokens(std::string_view text, std::vector<FtsToken>& out) {
       current.end = static_cast<int>(++i);
       continue;
     }
-    CharClass cls = Classify(Decode(text, i), folded);
+    CharClass cls = Classify(text::DecodeUtf8(text, i), folded);
     if (cls == CharClass::Separator) {
       if (inWord && !current.term.empty()) out.push_back(current);
       inWord = false;

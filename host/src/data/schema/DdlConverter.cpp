@@ -16,6 +16,7 @@
 
 #include "corvina20/Error.h"
 #include "data/schema/DdlTokenizer.h"
+#include "data/sqlite/SqliteText.h"
 
 namespace corvina20::data {
 
@@ -47,6 +48,11 @@ constexpr TypeRule kTypes[] = {
     {"nvarchar", 1, 1, true, 4000},  {"varchar", 1, 1, true, 8000},
     {"nchar", 1, 1, false, 4000},    {"char", 1, 1, false, 8000},
 };
+
+bool IsTextType(const std::string& lowerName) {
+  return lowerName == "char" || lowerName == "varchar" || lowerName == "nchar" || lowerName == "nvarchar" ||
+         lowerName == "text" || lowerName == "ntext";
+}
 
 const TypeRule* FindType(const std::string& lowerName) {
   for (const TypeRule& rule : kTypes) {
@@ -274,6 +280,10 @@ class Parser {
       sql += "INTEGER PRIMARY KEY AUTOINCREMENT";
     } else {
       sql += column.type;
+      // Text compares as on the server the module was written for: without
+      // regard to case. The column's collation makes =, IN, ORDER BY, GROUP
+      // BY, DISTINCT and the indexes on it (unique ones included) follow it.
+      if (IsTextType(column.baseType)) sql += std::string(" COLLATE ") + kTextCollation;
       if (column.inlinePrimaryKey) sql += " PRIMARY KEY";
     }
     if (column.unique) sql += " UNIQUE";

@@ -10,6 +10,7 @@
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
 #include "data/fulltext/FtsSqlite.h"
+#include "data/sqlite/SqliteText.h"
 
 namespace corvina20::data {
 namespace {
@@ -102,6 +103,14 @@ class SqliteBackend final : public Backend {
     // Several sessions (web host threads, the command line) share the file:
     // wait for a lock rather than fail at once.
     sqlite3_busy_timeout(db_, 10000);
+    // Before anything reads the schema: its text columns name the collation.
+    try {
+      RegisterTextSemantics(db_);
+    } catch (...) {
+      sqlite3_close(db_);
+      db_ = nullptr;
+      throw;
+    }
     RunScript("PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;");
     fulltext::RegisterFullText(db_);
   }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/Text.h"
+#include "data/tsql/TsqlTypes.h"
 #include "data/tsql/TsqlError.h"
 
 namespace corvina20::data::tsql {
@@ -230,7 +231,12 @@ void Emitter::WriteSelect(const Select& select) {
     Put(" ORDER BY ");
     for (std::size_t i = 0; i < select.orderBy.size(); ++i) {
       if (i) Put(", ");
-      WriteExpr(*select.orderBy[i].expr);
+      const Expr& term = *select.orderBy[i].expr;
+      WriteExpr(term);
+      // A column sorts by its own collation; a text expression is given the
+      // columns' rule explicitly.
+      if (term.kind != ExprKind::Column && term.kind != ExprKind::Number && IsTextType(term.type))
+        Put(TextCollationClause());
       if (select.orderBy[i].descending) Put(" DESC");
     }
   }
@@ -496,6 +502,26 @@ void Emitter::WriteExpr(const Expr& e) {
   }
 }
 
+namespace {
+
+bool IsComparison(const Expr& e) {
+  return e.text == "=" || e.text == "<>" || e.text == "<" || e.text == ">" || e.text == "<=" || e.text == ">=";
+}
+
+// A column, or one in parentheses: SQLite compares it by its own collation.
+bool CarriesColumn(const Expr& e) {
+  if (e.kind == ExprKind::Paren) return CarriesColumn(*e.args[0]);
+  return e.kind == ExprKind::Column;
+}
+
+// An operand that may hold text: a text expression, a string, a parameter.
+bool MayBeText(const Expr& e) {
+  if (e.kind == ExprKind::Paren) return MayBeText(*e.args[0]);
+  return e.kind == ExprKind::String || e.kind == ExprKind::Param || IsTextType(e.type);
+}
+
+}  // namespace
+
 // `x = NULL` and `x <> NULL` are written as IS [NOT] NULL: the module's texts
 // ("Vettore = NULL or Vettore = 0") count on the comparison being true for a
 // NULL column, as it is on the connections they were written for.
@@ -513,7 +539,21 @@ void Emitter::WriteBinary(const Expr& e) {
   Put(" ");
   Put(e.concat ? "||" : e.text);
   Put(" ");
-  WriteOperand(right, associative ? p : p + 1);
+  // A comparison with a column takes the column's collation; one between
+  // two other operands ('a' = ?, upper(x) = 'B') is given the same rule
+  // explicitly, so that no text comparison is case-sensitive.
+  const std::string collation = IsComparison(e) && !CarriesColumn(left) && !CarriesColumn(right) &&
+                                            (MayBeText(left) || MayBeText(right))
+                                    ? TextCollationClause()
+                                    : std::string();
+  if (collation.empty()) {
+    WriteOperand(right, associative ? p : p + 1);
+    return;
+  }
+  Put("(");
+  WriteExpr(right);
+  Put(")");
+  Put(collation);
 }
 
 }  // namespace corvina20::data::tsql

@@ -57,6 +57,10 @@ class Emitter {
   virtual void WriteFreeText(const FreeTextSource& source, int minRank, bool drives) = 0;
   // 'text' as a string literal.
   void WriteString(std::string_view text);
+  // The clause that makes a comparison of two texts that are not columns
+  // (literals, parameters, expressions) follow the text columns' rule,
+  // e.g. " COLLATE x"; "" when the backend's default already does.
+  virtual std::string TextCollationClause() const { return ""; }
 
   std::string out_;
 

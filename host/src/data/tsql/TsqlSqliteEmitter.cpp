@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/Text.h"
+#include "data/sqlite/SqliteText.h"
 #include "data/tsql/TsqlEmitter.h"
 #include "data/tsql/TsqlError.h"
 #include "data/tsql/TsqlTypes.h"
@@ -154,7 +155,11 @@ class SqliteEmitter final : public Emitter {
     Put(" ");
     if (column.type.find("max") != std::string::npos) Put("\"" + column.type + "\"");
     else Put(column.type);
+    // Work tables compare text as the schema's tables do.
+    if (IsTextType(column.type)) Put(TextCollationClause());
   }
+
+  std::string TextCollationClause() const override { return std::string(" COLLATE ") + kTextCollation; }
 
   // FREETEXTTABLE(T, C, 'text'), see docs/fulltext.md: the search table
   // corvina_ft_search with the least rank the statement keeps (read from its
