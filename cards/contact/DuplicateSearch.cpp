@@ -107,7 +107,10 @@ RecordsetPtr ExactQuery(const std::string& table, const std::string& field,
   if (!main) query.AddJoin(JoinKind::Inner, "STDAnagrafiche AS A", "T.IdAnagrafica", "A.IdAnagrafica");
 
   const int comparison = settings.modalita == kModalitaContiene ? kCompareContains : kCompareEqual;
-  query.AddCondition(field, comparison, Variant(values.value));
+  // The field is T's: the bare name would be ambiguous when the common
+  // record is joined and holds a column of the same name (a satellite's
+  // Contatto beside the role flag STDAnagrafiche.Contatto).
+  query.AddCondition(main ? field : "T." + field, comparison, Variant(values.value));
   query.AddCondition("T.IdAnagrafica", kCompareDifferent, Variant(idAnagrafica));
   const std::string flag = contatto ? "Contatto" : "Cliente";
   query.AddCondition(main ? flag : "A." + flag, kCompareEqual, Variant(std::int32_t{1}));

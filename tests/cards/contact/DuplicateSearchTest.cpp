@@ -58,12 +58,12 @@ TEST_F(DuplicateSearch, ModeNinetyLooksInsideTheFieldAndNoOtherSettingRunsTheFul
     Mode(mode, 1);
     EXPECT_EQ(Found(part, true, {"RagioneSociale"}), V{}) << mode;
   }
-  // Upper and lower case: equal for the full text, different for equality.
-  // The two codes never go to the full text, so nothing is found.
+  // Codes that are not equal are never ranked: a VAT number without its
+  // leading zero, a fiscal code with its last character changed.
   Mode(30);
   RecordsetPtr result;
   const std::vector<std::string> codes{"CodiceFiscale", "PartitaIva"};
-  RecordsetPtr record = Record({{"CodiceFiscale", "rssmra80a01h501u"}, {"PartitaIva", "1234567890"}, {"Citta", ""}});
+  RecordsetPtr record = Record({{"CodiceFiscale", "rssmra80a01h501x"}, {"PartitaIva", "1234567890"}, {"Citta", ""}});
   EXPECT_FALSE(CercaAnagraficaDoppia(record, result, 40, false, codes));
   EXPECT_FALSE(CercaAnagraficheSimili(record, result, 40, false, codes));
 }
