@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -182,7 +183,7 @@ TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds)
     for (int floor : {1, 15, 31, 300}) {
       std::vector<WeightedTerm> weighted;
       for (const std::string& t : DistinctTerms(text))
-        weighted.push_back({t, data::fulltext::TermWeight(frequency(t), frequency("")), frequency(t) > 0});
+        weighted.push_back({t, data::fulltext::SearchedTermWeight(frequency(t), frequency("")), frequency(t) > 0});
       std::vector<data::fulltext::CandidatePart> parts = data::fulltext::CandidateParts(weighted, floor, power);
       // Each row of the candidate query in the part of its heaviest term, and
       // ranked no higher than that part's bound.
@@ -210,6 +211,54 @@ TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds)
       if (parts.size() > 1) ++split;
     }
   EXPECT_GT(split, 3);
+}
+
+}  // namespace
+}  // namespace corvina20::test
+
+namespace corvina20::test {
+namespace {
+
+TEST_F(FullTextRank, ASearchedWordNoRowHoldsDoesNotDrownTheWordsThatMatch) {
+  // A province or a district after the town: the same town.
+  EXPECT_GT(db_->Rank("Milano MI", "Milano", "Citta"), 50);
+  EXPECT_GT(db_->Rank("Milano 2", "Milano", "Citta"), 50);
+  EXPECT_GT(db_->Rank("Sassuolo (MO)", "Sassuolo", "Citta"), 50);
+  // Still below the town itself, and other towns stay apart.
+  EXPECT_LT(db_->Rank("Milano MI", "Milano", "Citta"), 1000);
+  EXPECT_LE(db_->Rank("Reggio Calabria RC", "Reggio nell'Emilia", "Citta"), 50);
+  EXPECT_EQ(db_->Search("Milano MI", 51, "Citta"), db_->RankAll("Milano MI", 51, "Citta"));
+}
+
+// How the thresholds a user may set sort the register: docs/fulltext.md,
+// "Thresholds".
+TEST_F(FullTextRank, EachThresholdKeepsThePromiseTheDocsMake) {
+  std::map<std::string, int> lowest;  // per kind of planted duplicate
+  for (const bench::Party& p : db_->Parties()) {
+    if (p.duplicateOf == 0) continue;
+    const bench::Party& original = db_->Parties()[static_cast<std::size_t>(p.duplicateOf - 1)];
+    int rank = db_->Rank(p.ragioneSociale, original.ragioneSociale);
+    auto [it, added] = lowest.emplace(p.variant, rank);
+    if (!added) it->second = std::min(it->second, rank);
+  }
+  // Written otherwise with every word kept: 1000, a duplicate at every threshold.
+  for (const auto& [variant, rank] : lowest)
+    if (variant != "senza forma giuridica") EXPECT_EQ(rank, 1000) << variant;
+  // A legal form left out of the register's names (two words or more
+  // besides it): a duplicate at 80 too.
+  ASSERT_EQ(lowest.count("senza forma giuridica"), 1u);
+  EXPECT_GT(lowest["senza forma giuridica"], 80);
+  // Similar names (one distinctive word shared): duplicates at 10 only.
+  for (auto [a, b] : {std::pair{"Quasimodo Ferramenta Snc", "Quasimodo Ceramiche Spa"},
+                      std::pair{"Quasimodo Trasporti Srl", "Quasimodo Ferramenta Snc"}}) {
+    EXPECT_GT(db_->Rank(a, b), 10) << a;
+    EXPECT_LE(db_->Rank(a, b), 30) << a;
+  }
+  // Unrelated names (only common words shared): at no threshold, 10 included.
+  for (auto [a, b] : {std::pair{"Bellotti Trasporti Srl", "Zanardi Trasporti Srl"},
+                      std::pair{"Aurora Impianti Srl", "Milano Impianti Srl"},
+                      std::pair{"Ferramenta Rossi Snc", "Ferramenta Bianchi Snc"}})
+    EXPECT_LE(db_->Rank(a, b), 10) << a;
 }
 
 }  // namespace

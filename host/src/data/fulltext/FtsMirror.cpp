@@ -285,7 +285,8 @@ IndexMirror& FullTextState::Mirror(std::string_view table, std::string_view colu
 SearchedText::SearchedText(const IndexMirror& mirror, std::string_view text) : power_(mirror.Power()) {
   for (std::string& term : DistinctTerms(text)) {
     std::optional<std::uint32_t> id = mirror.Find(term);
-    double w = id ? mirror.Weight(*id) : TermWeight(0, mirror.Rows());
+    // A word no row holds weighs little: see kUnheldTermWeight.
+    double w = id ? mirror.Weight(*id) : SearchedTermWeight(0, mirror.Rows());
     weight_ += w;
     if (id) {
       ids_.push_back(*id);

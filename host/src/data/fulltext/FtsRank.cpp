@@ -45,7 +45,12 @@ double TermWeight(double df, double rows) {
 }
 
 double WordRank(double w) {
-  return kWordRankMax * std::clamp((w - kWordFloor) / kWordSpan, 0.0, 1.0);
+  const double rank = kWordRankMax * std::clamp((w - kWordFloor) / kWordSpan, 0.0, 1.0);
+  return rank < kWordRankMin ? 0 : rank;
+}
+
+double SearchedTermWeight(double df, double rows) {
+  return df > 0 ? TermWeight(df, rows) : kUnheldTermWeight;
 }
 
 double RankScore(double shared, double queryWeight, double rowWeight, double bestShared, double power) {

@@ -29,12 +29,23 @@ inline constexpr double kWordRankMax = 30;
 inline constexpr double kWordFloor = 2.3;
 inline constexpr double kWordSpan = 4.6;
 
+// A shared word alone gives a rank of the similar band or none: the word
+// rank below this is 0, so that names sharing only words many rows hold (a
+// trade, a legal form) never pass a threshold as low as 10.
+inline constexpr double kWordRankMin = 15;
+// What a searched word that no row holds weighs: as little as a word every
+// row holds (ln 2). No row can share it, so its weight only says how much
+// the searched text holds besides; at the weight of the rarest word it
+// would drown the words that match ("Milano MI" against "Milano").
+inline constexpr double kUnheldTermWeight = 0.69314718055994531;
+
 // Weight of a term found in `df` of the index's `rows` rows:
 // ln(1 + max(rows, kMinIndexRows) / (1 + df)). Rare terms weigh more; a term
 // in every row still weighs a little (about ln 2).
 double TermWeight(double df, double rows);
 
-// What one shared word of weight `w` is worth on its own: 0..kWordRankMax.
+// What one shared word of weight `w` is worth on its own: 0, or
+// kWordRankMin..kWordRankMax.
 double WordRank(double w);
 
 // The likeness power of the index of table.column: the catalogue's fifth
@@ -51,9 +62,13 @@ double RankScore(double shared, double queryWeight, double rowWeight, double bes
 // RankScore rounded half up, within 0..1000.
 int RoundRank(double score);
 
+// The weight of a searched term found in `df` rows: TermWeight, or
+// kUnheldTermWeight when df is 0.
+double SearchedTermWeight(double df, double rows);
+
 struct WeightedTerm {
   std::string term;
-  double weight = 0;
+  double weight = 0;  // SearchedTermWeight
   bool indexed = false;  // some row of the index holds it (df > 0)
 };
 
