@@ -1,10 +1,7 @@
 // History snapshots of the party cards.
 #include "cards/customer/HistorySnapshot.h"
 
-#if __has_include("cards/customer/SalvaStoricoAnagrafiche.h")
 #include "cards/customer/SalvaStoricoAnagrafiche.h"
-#define VANTOR_SNAPSHOT_DIALOG 1
-#endif
 #include "module/CardValues.h"
 #include "module/modMainModule.h"
 
@@ -65,10 +62,6 @@ bool SnapshotFieldsChanged(const corvina20::Form& form, const std::vector<Snapsh
 }
 
 SnapshotChoice AskSnapshotDate(std::int32_t idAnagrafica) {
-#ifndef VANTOR_SNAPSHOT_DIALOG
-  (void)idAnagrafica;
-  return {};
-#else
   auto dialog = std::make_shared<SalvaStoricoAnagrafiche>();
   SnapshotChoice choice;
   dialog->ChiusuraModale = [&choice](const std::string& message, std::int16_t idRiga,
@@ -79,7 +72,6 @@ SnapshotChoice AskSnapshotDate(std::int32_t idAnagrafica) {
   App().ShowModalForm(dialog);
   dialog->ChiusuraModale = nullptr;
   return choice;
-#endif
 }
 
 void AddSnapshotRow(corvina20::VxBody& grid, std::int32_t idAnagrafica, const SnapshotChoice& choice,

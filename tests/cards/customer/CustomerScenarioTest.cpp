@@ -1,9 +1,10 @@
 // The customer card driven as a user drives it, through `corvina script` on
 // a new demo database: a customer with a bank and an address saved after the
 // account question and the warnings, duplicates refused, a supplier taken
-// over with its bank, a blocking fiscal code, the mail-client item and a
-// refused delete. Every dialog, result and row written must come out exactly
-// as recorded in customer.expected (read it side by side with customer.jsonl).
+// over with its bank, a history snapshot dated in its dialog, a blocking
+// fiscal code, the mail-client item and a refused delete. Every dialog,
+// result and row written must come out exactly as recorded in
+// customer.expected (read it side by side with customer.jsonl).
 #include <gtest/gtest.h>
 
 #include <fstream>
