@@ -89,7 +89,7 @@ TEST_F(TextCompare, LikeLiteralsParametersAndWorkTablesFollowTheSameRule) {
 void StripCollations(Connection& c) {
   data::Backend& b = c.Backend();
   const std::int64_t version = b.Run("PRAGMA schema_version", {}).rows[0][0].ToBigInt();
-  b.RunScript("BEGIN; PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = replace(sql, ' COLLATE corvina_ci', '') "
+  b.RunScript("BEGIN; PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = replace(sql, ' COLLATE NOCASE', '') "
               "WHERE type = 'table'; PRAGMA schema_version = " + std::to_string(version + 1) +
               "; PRAGMA writable_schema = OFF; REINDEX; COMMIT;");
 }
@@ -134,11 +134,11 @@ TEST(TextCollationMigration, AUniqueKeyHoldingTwoCasesOfOneTextStopsItAndChanges
 
 TEST(TextCollationMigration, TheCollationGoesAfterEachTextTypeThatHasNone) {
   EXPECT_EQ(data::AddTextCollation("CREATE TABLE T (\n  Id int PRIMARY KEY,\n  A nvarchar(80) NOT NULL DEFAULT 'x, y',\n"
-                                   "  B text, \"C\" char(2) COLLATE corvina_ci, D decimal(18,4),\n"
+                                   "  B text, \"C\" char(2) COLLATE NOCASE, D decimal(18,4),\n"
                                    "  CONSTRAINT pk UNIQUE (A, B), E varchar(3))"),
-            "CREATE TABLE T (\n  Id int PRIMARY KEY,\n  A nvarchar(80) COLLATE corvina_ci NOT NULL DEFAULT 'x, y',\n"
-            "  B text COLLATE corvina_ci, \"C\" char(2) COLLATE corvina_ci, D decimal(18,4),\n"
-            "  CONSTRAINT pk UNIQUE (A, B), E varchar(3) COLLATE corvina_ci)");
+            "CREATE TABLE T (\n  Id int PRIMARY KEY,\n  A nvarchar(80) COLLATE NOCASE NOT NULL DEFAULT 'x, y',\n"
+            "  B text COLLATE NOCASE, \"C\" char(2) COLLATE NOCASE, D decimal(18,4),\n"
+            "  CONSTRAINT pk UNIQUE (A, B), E varchar(3) COLLATE NOCASE)");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ namespace corvina20::data {
 // declared types, except that nvarchar(max)/varchar(max) become ntext/text and
 // an IDENTITY(1,1) int key becomes INTEGER PRIMARY KEY AUTOINCREMENT.
 // Text columns (char, varchar, nchar, nvarchar, text, ntext) are declared
-// COLLATE corvina_ci (data/sqlite/SqliteText.h): compared without regard to
+// COLLATE NOCASE (data/sqlite/SqliteText.h): compared without regard to
 // case; the declared type SQLite reports stays the bare type.
 // Empty or comment-only input gives an empty list.
 // Throws corvina20::Error kErrDatabase (source "Corvina20.Schema") naming the

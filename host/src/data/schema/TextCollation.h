@@ -13,7 +13,7 @@
 namespace corvina20::data {
 
 // `createTable` (a CREATE TABLE statement as SQLite keeps it) with
-// "COLLATE corvina_ci" after the type of every char/varchar/nchar/nvarchar/
+// "COLLATE NOCASE" after the type of every char/varchar/nchar/nvarchar/
 // text/ntext column that declares no collation; the same text when there is
 // none. Throws kErrDatabase (source "Corvina20.Schema") on unreadable text.
 std::string AddTextCollation(std::string_view createTable);

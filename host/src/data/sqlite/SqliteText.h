@@ -1,8 +1,9 @@
 // The text semantics of the module's SQL on SQLite: the collation every text
 // column is declared with, and LIKE, both without regard to case and with
 // regard to accents (text/TextFold.h). Registered on every connection the
-// host opens; a program without them (the sqlite3 shell) cannot compare or
-// index the text columns ("no such collation sequence").
+// host opens, under the name of SQLite's built-in NOCASE, which it replaces
+// there: a program without it (the sqlite3 shell) still reads and sorts the
+// text columns, folding the case of ASCII letters only.
 #pragma once
 
 struct sqlite3;
@@ -10,7 +11,7 @@ struct sqlite3;
 namespace corvina20::data {
 
 // The collation's name, as the schema's DDL and the translator write it.
-inline constexpr const char* kTextCollation = "corvina_ci";
+inline constexpr const char* kTextCollation = "NOCASE";
 
 // Registers the collation kTextCollation and overrides like(pattern, text)
 // and like(pattern, text, escape) on `db` with T-SQL LIKE (`[...]` sets
