@@ -1,13 +1,15 @@
 // The web host's API on a real server in this process: the session rules
 // (401 before anything without a session, 403 without the CSRF token, login
 // attempts limited), an expired session whose pending save is never written,
-// and several sessions saving carriers at the same moment.
+// several sessions saving carriers at the same moment, and a save suspended
+// on a modal form that the following requests drive.
 #include <gtest/gtest.h>
 #include <httplib.h>
 
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "corvina20/HostParameters.h"
 #include "data/Database.h"
 #include "support/TestSupport.h"
 #include "web/Users.h"
@@ -32,6 +34,13 @@ class Browser {
     auto r = client_.Post(path.c_str(), headers, body.dump(), "application/json");
     Remember(r);
     return r;
+  }
+  json Delete(const std::string& path) {
+    httplib::Headers headers;
+    if (!cookie_.empty()) headers.emplace("Cookie", cookie_);
+    if (!csrf_.empty()) headers.emplace("X-CSRF-Token", csrf_);
+    auto r = client_.Delete(path.c_str(), headers);
+    return r ? json::parse(r->body) : json();
   }
   httplib::Result Get(const std::string& path) {
     httplib::Headers headers;
@@ -68,9 +77,9 @@ class Browser {
 
 class WebApi : public ::testing::Test {
  protected:
-  void StartServer(int timeoutSeconds = 1800) {
+  void StartServer(int timeoutSeconds = 1800, bool demo = false) {
     db = OpenDatabase(dir.File("web.db"));
-    InitDatabase(*db, false);
+    InitDatabase(*db, demo);
     web::Users(db).Add("anna", "segreta1");
     web::Users(db).Add("bruno", "segreta2");
     web::WebOptions options;
@@ -192,6 +201,85 @@ TEST_F(WebApi, SessionsSavingAtTheSameMomentEachLandTheirOwnRecord) {
   EXPECT_NE(sa["result"]["key"], sb["result"]["key"]);
   EXPECT_EQ(Count("RagioneSociale IN ('Nuovo di Anna', 'Nuovo di Bruno') AND Vettore = 1"), 2);
   EXPECT_EQ(Count("IdAnagrafica IN (3, 4)"), 2);
+}
+
+// Customer 1 of the demo data with history snapshots on: editing its
+// address and saving (the duplicate warning answered Yes) shows the snapshot
+// dialog modally.
+class WebModal : public WebApi {
+ protected:
+  void SetUp() override {
+    StartServer(1800, true);
+    anna = std::make_unique<Browser>(port);
+    HostParameters(db, DateTime::FromParts(2026, 1, 1)).WriteParameter("AbilitaStoricoAnagrafiche", Variant(1));
+    ASSERT_EQ(anna->Login("anna", "segreta1"), 200);
+    auto r = anna->Post("/api/forms", {{"open", "AnagraficaClienti"}});
+    card = json::parse(r->body)["state"]["formId"];
+    anna->Act(card, {{"load", 1}});
+  }
+  // Edits the address and saves; returns the outcome that shows the dialog.
+  json SaveNewAddress(const std::string& address) {
+    anna->Act(card, {{"press", "edit"}});
+    anna->Act(card, {{"set", "txtIndirizzo"}, {"value", address}});
+    json warned = anna->Act(card, {{"press", "save"}});
+    EXPECT_EQ(warned["dialog"]["number"], 386) << warned.dump();
+    return anna->Answer(card, 6);
+  }
+  long Snapshots() { return QueryLong(db, "SELECT COUNT(*) FROM STDAnagraficheStorico WHERE IdAnagrafica = 1"); }
+  static bool HasEvent(const json& outcome, const json& event) {
+    for (const auto& e : outcome["events"])
+      if (e == event) return true;
+    return false;
+  }
+
+  std::unique_ptr<Browser> anna;
+  int card = 0;
+};
+
+TEST_F(WebModal, TheSavePausesOnTheDialogAndTheRequestThatClosesItBringsItsResult) {
+  long before = Snapshots();
+  json shown = SaveNewAddress("Via Nuova 1");
+  ASSERT_TRUE(shown["modal"].is_object()) << shown.dump();
+  const int modal = shown["modal"]["formId"];
+  EXPECT_EQ(shown["modal"]["opened"], "SalvaStoricoAnagrafiche");
+  EXPECT_EQ(shown["modal"]["modal"], true);
+  EXPECT_EQ(shown["modal"]["state"]["form"], "SalvaStoricoAnagrafiche");
+  EXPECT_EQ(shown["result"], nullptr);  // the save is suspended
+  EXPECT_EQ(json::parse(anna->Get("/api/me")->body)["modal"]["formId"], modal);
+
+  // The card is held; the dialog takes the actions.
+  json refused = anna->Act(card, {{"press", "cancel"}});
+  EXPECT_NE(refused["error"]["description"].get<std::string>().find("modale"), std::string::npos) << refused.dump();
+  EXPECT_EQ(refused["modal"]["formId"], modal);
+  json typed = anna->Act(modal, {{"set", "dteDataStoricizzazione"}, {"value", "15/03/2026"}});
+  EXPECT_EQ(typed["result"]["value"], "2026-03-15");
+  EXPECT_EQ(typed["state"]["formId"], modal);
+
+  json done = anna->Act(modal, {{"click", "cmdConferma"}});
+  EXPECT_EQ(done["result"], json({{"pressed", "save"}, {"done", true}, {"mode", 0}, {"key", 1}})) << done.dump();
+  EXPECT_TRUE(HasEvent(done, {{"clicked", "cmdConferma"}, {"done", true}})) << done.dump();
+  EXPECT_TRUE(HasEvent(done, {{"closed", modal}, {"modal", true}, {"opener", card}})) << done.dump();
+  EXPECT_EQ(done["modal"], nullptr);
+  EXPECT_EQ(done["state"]["formId"], card);  // the card is drawn again
+  EXPECT_EQ(Snapshots(), before + 1);
+
+  // Closing the dialog's window (DELETE) is a cancel: saved, no snapshot.
+  json again = SaveNewAddress("Via Seconda 2");
+  json closed = anna->Delete("/api/forms/" + std::to_string(again["modal"]["formId"].get<int>()));
+  EXPECT_EQ(closed["result"]["pressed"], "save") << closed.dump();
+  EXPECT_EQ(closed["state"]["formId"], card);
+  EXPECT_EQ(Snapshots(), before + 1);
+  EXPECT_EQ(Count("IdAnagrafica = 1 AND Indirizzo = 'Via Seconda 2'"), 1);
+}
+
+TEST_F(WebModal, ASessionThatEndsWithTheDialogOpenWritesNothing) {
+  long before = Snapshots();
+  json shown = SaveNewAddress("Via Mai Salvata 9");
+  ASSERT_TRUE(shown["modal"].is_object()) << shown.dump();
+  EXPECT_EQ(anna->Post("/api/logout", json::object())->status, 200);
+  EXPECT_EQ(host->SessionCount(), 0u);
+  EXPECT_EQ(Count("Indirizzo = 'Via Mai Salvata 9'"), 0);
+  EXPECT_EQ(Snapshots(), before);
 }
 
 }  // namespace
