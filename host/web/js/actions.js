@@ -4,9 +4,16 @@
 // (POST /api/dialog), which may bring the next dialog, until the action is
 // over; then the form is drawn again from the state and the action's own error,
 // if any, is shown. Actions run one at a time (api.serialize).
+//
+// A modal form the module shows ("modal" in the outcome) is drawn over the
+// page and the action that showed it waits until the form closes; the form's
+// own actions settle here too, and the one whose events say the form closed
+// ({"closed":id,"modal":true}) hands its outcome (the suspended action's
+// result, or its next dialog) back to the waiting action.
 
 import * as api from './api.js';
 import { messageBox, errorBox } from './dialogs.js';
+import { showModalForm } from './modalform.js';
 
 let applyState = () => {};
 export function onState(handler) { applyState = handler; }
@@ -19,10 +26,48 @@ async function showEvents(events) {
   }
 }
 
+// The modal forms on screen: formId → {view, finish(outcome)}.
+const modals = new Map();
+
+// Shows a modal form and resolves with the outcome that closed it.
+function openModal(modal) {
+  return new Promise((resolve) => {
+    api.pushQueue();
+    const shown = showModalForm(modal, { cancel: () => closeModal(modal.formId) });
+    modals.set(modal.formId, {
+      view: shown.view,
+      finish: (out) => {
+        modals.delete(modal.formId);
+        shown.remove();
+        api.popQueue();
+        resolve(out);
+      },
+    });
+  });
+}
+
 // Follows an outcome to its end; returns the last outcome.
 export async function settle(outcome, formId) {
   let out = outcome;
   for (;;) {
+    const closed = (out.events || []).find((e) => e && e.modal === true && e.closed != null && modals.has(e.closed));
+    if (closed) {
+      // The rest belongs to the action that showed the form.
+      modals.get(closed.closed).finish(out);
+      return out;
+    }
+    if (out.modal && modals.has(out.modal.formId)) {
+      // The modal form stays open: its own action is over.
+      await showEvents(out.events);
+      if (out.modal.state) modals.get(out.modal.formId).view.update(out.modal.state);
+      if (out.error) await errorBox(out.error);
+      return out;
+    }
+    if (out.modal) {
+      await showEvents(out.events);
+      out = await openModal(out.modal);
+      continue;
+    }
     await showEvents(out.events);
     if (out.dialog) {
       sessionStorage.setItem(BUSY_KEY, String(formId ?? ''));
@@ -69,6 +114,19 @@ export function openItem(name, kind) {
 // Answers a dialog found waiting after a reload (GET /api/me).
 export function resumeDialog(dialog, formId) {
   return api.serialize(() => guarded(formId, () => Promise.resolve({ events: [], dialog, state: null, error: null })));
+}
+
+// Closes a modal form by its window (Esc): unconfirmed, as the module sees it.
+export function closeModal(formId) {
+  return api.serialize(() => guarded(formId, () => api.del(`/api/forms/${formId}`)));
+}
+
+// Shows again a modal form found waiting after a reload (GET /api/me).
+export function resumeModal(modal, formId) {
+  return api.serialize(() => guarded(formId, async () => {
+    const read = await api.get(`/api/forms/${modal.formId}`);
+    return { events: [], modal: { ...modal, state: read.state }, dialog: null, state: null, error: null };
+  }));
 }
 
 export function closeForm(formId) {

@@ -56,13 +56,19 @@ export const del = (path) => request('DELETE', path);
 
 // Module actions run one at a time: a dialog parks the server's UI thread and
 // any other action would be refused until it is answered, so every action
-// (with the dialogs it raises) waits for the one before it to finish.
-let queue = Promise.resolve();
+// (with the dialogs it raises) waits for the one before it to finish. A modal
+// form opens a queue of its own on top: the action that showed it is still
+// running (it waits for the form to close), and the form's actions must not
+// wait for it.
+const queues = [Promise.resolve()];
 export function serialize(task) {
-  const run = queue.then(task);
-  queue = run.catch(() => {});
+  const top = queues.length - 1;
+  const run = queues[top].then(task);
+  queues[top] = run.catch(() => {});
   return run;
 }
+export function pushQueue() { queues.push(Promise.resolve()); }
+export function popQueue() { if (queues.length > 1) queues.pop(); }
 
 // Requests on the wire, for the progress bar.
 let inflight = 0;

@@ -96,7 +96,9 @@ export class FormView {
   // ---- keyboard ----
 
   onKey(e) {
-    if (e.defaultPrevented || e.target.closest?.('dialog')) return;
+    // Keys typed in a message box are not the form's; a form that is itself
+    // shown in a modal window takes its own.
+    if (e.defaultPrevented || (e.target.closest?.('dialog') || null) !== this.el.closest('dialog')) return;
     const inText = e.target.matches('input:not([readonly]):not([type=checkbox]):not([type=radio]), textarea, select');
     const inGrid = !!e.target.closest('.grid');
     // Enter moves to the next field, as in the desktop forms.

@@ -2,12 +2,13 @@
 // the left, the open forms as tabs (several at once, closable), a status bar
 // with the card's mode and the last notice. The session survives a reload:
 // GET /api/me gives the CSRF token again (and a dialog still waiting), and the
-// forms that were open are read back (GET /api/forms/{id}).
+// forms that were open are read back (GET /api/forms/{id}), with a modal form
+// still waiting over them.
 
 import * as api from './api.js';
 import { h, icon, clear } from './dom.js';
 import { FormView } from './form.js';
-import { openItem, closeForm, onState, resumeDialog, dialogFormAfterReload } from './actions.js';
+import { openItem, closeForm, onState, resumeDialog, resumeModal, dialogFormAfterReload } from './actions.js';
 import { confirmBox, messageBox } from './dialogs.js';
 import { MODE_CAPTIONS } from './format.js';
 
@@ -338,6 +339,8 @@ async function start() {
   }
   if (app.views.size) activate(app.views.has(wasActive) ? wasActive : [...app.views.keys()].pop());
   else saveOpenForms();
+  // A modal form still waiting (its action suspended) comes back over the page.
+  if (me.modal) resumeModal(me.modal, me.modal.formId);
 }
 
 start();
