@@ -1,7 +1,8 @@
 // The customer card in Chromium against a real `corvina serve` on a demo
 // database: a new customer typed with a bank row (IBAN parts) and a delivery
 // address, the account question answered, the warnings accepted, and the
-// saved key and ledger account seen on the card and in the database.
+// saved key and ledger account seen on the card and in the database; then the
+// history-snapshot dialog shown modally over the card.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
@@ -111,4 +112,67 @@ test('a new customer with a bank row and an address: the account question and th
     [{ TipoIndirizzo: 1, RagioneSociale: 'Magazzino Brambilla' }]);
   assert.deepEqual(db.sql(`SELECT Descrizione FROM STDPianoDeiConti WHERE CodConto = '${account}'`),
     [{ Descrizione: 'Officine Brambilla S.r.l.' }]);
+});
+
+const modalForm = () => page.locator('dialog.modal-form[open]');
+const snapshots = (id) => db.sql(`SELECT IdRiga, date(DataAnagrafica) AS Data, Indirizzo FROM STDAnagraficheStorico WHERE IdAnagrafica = ${id} ORDER BY IdRiga`);
+
+// Edits the shown customer's address and saves, accepting the warnings,
+// until the snapshot dialog shows.
+async function saveNewAddress(address) {
+  await page.click('.panel:not([hidden]) [data-tool="edit"]');
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-edit');
+  await field('txtIndirizzo').fill(address);
+  await field('txtIndirizzo').press('Tab');
+  await idle();
+  await page.click('.panel:not([hidden]) [data-tool="save"]');
+  for (;;) {
+    await Promise.race([modalForm().waitFor(), messageBox().waitFor()]);
+    if (await modalForm().count()) return;
+    await messageBox().locator('button', { hasText: 'Sì' }).click();
+    await messageBox().waitFor({ state: 'detached' });
+  }
+}
+
+// With history snapshots on, saving a customer whose address changed shows
+// the snapshot dialog over the card (focus in it, the working date
+// proposed); Conferma with a date resumes the save and writes the snapshot,
+// Esc closes it by its window and the save goes on without one.
+test('the snapshot dialog over the customer card: Conferma writes the snapshot, Esc saves without one', async () => {
+  db.script([{ param: 'AbilitaStoricoAnagrafiche', value: 1 }]);
+  // The card reads the setting when it opens: the one of the test above is
+  // closed and opened anew.
+  const tab = page.locator('.tab[data-item="AnagraficaClienti"]');
+  await tab.locator('.tab-close').click();
+  await tab.waitFor({ state: 'detached' });
+  await page.click('.menu-item[data-item="AnagraficaClienti"]');
+  await panel().locator('.card-toolbar').waitFor();
+  await page.click('.panel:not([hidden]) [data-tool="first"]');
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="numIdAnagrafica"] input')?.value);
+  const id = Number(await field('numIdAnagrafica').inputValue());
+  const before = snapshots(id);
+
+  await saveNewAddress('Via Nuova 1');
+  assert.equal(await modalForm().getAttribute('data-form'), 'SalvaStoricoAnagrafiche');
+  // The focus is in the dialog, on the date, which proposes the working date.
+  assert.equal(await page.evaluate(() => document.activeElement?.closest('dialog')?.dataset.form), 'SalvaStoricoAnagrafiche');
+  const date = modalForm().locator('[data-control="dteDataStoricizzazione"] input');
+  assert.match(await date.inputValue(), /^\d\d\/\d\d\/\d{4}$/);
+  await date.fill('15/03/2026');
+  await date.press('Tab');
+  await idle();
+  await modalForm().locator('[data-control="cmdConferma"]').click();
+  await modalForm().waitFor({ state: 'detached' });
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+  const after = snapshots(id);
+  assert.equal(after.length, before.length + 1);
+  assert.deepEqual(after.at(-1), { IdRiga: before.length ? before.at(-1).IdRiga + 1 : 1, Data: '2026-03-15', Indirizzo: after.at(-1).Indirizzo });
+  assert.notEqual(after.at(-1).Indirizzo, 'Via Nuova 1', 'the snapshot keeps the address before the change');
+
+  await saveNewAddress('Via Seconda 2');
+  await page.keyboard.press('Escape');
+  await modalForm().waitFor({ state: 'detached' });
+  await page.waitForSelector('.panel:not([hidden]) .form-view.mode-browse');
+  assert.equal(snapshots(id).length, before.length + 1);
+  assert.deepEqual(db.sql(`SELECT Indirizzo FROM STDAnagrafiche WHERE IdAnagrafica = ${id}`), [{ Indirizzo: 'Via Seconda 2' }]);
 });
