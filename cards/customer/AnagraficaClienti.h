@@ -39,8 +39,6 @@ class AnagraficaClienti final : public corvina20::Form {
   corvina20::TextField& cdoCodiceFiscale;
   corvina20::TextField& txtPartitaIva;
   corvina20::VxCode& cdoDivisa;
-  corvina20::TextField& txtEMailPec;
-  corvina20::TextField& txtEmailFattEl;
   // Customer data (STDAnagraficaClienti)
   corvina20::CheckBox& ckbConsumatoreFinale;
   corvina20::CheckBox& ckbInSospensione;

@@ -248,7 +248,7 @@ void AnagraficaClienti::CheckSalesRegister(std::string& warnings) {
 
 void AnagraficaClienti::CheckElectronicInvoicing(std::string& warnings) {
   if (Flag(ckbSoggettoB2B) && !Flag(ckbEscludiDaElenco) && IsBlank(txtCodiceDestinatario.Value()) &&
-      IsBlank(txtEMailPec.Value()) && IsBlank(txtEmailFattEl.Value()))
+      IsBlank(FindControl("txtEMailPec")->Value()) && IsBlank(FindControl("txtEmailFattEl")->Value()))
     AddLiteral(kB2BSenzaRecapito, warnings);
   if (!Flag(ckbEntePubblico)) return;
   if (Flag(ckbInSospensione)) AddLiteral(kEnteSospensione, warnings);

@@ -78,7 +78,7 @@ test('a new customer with a bank row and an address: the account question and th
   const addresses = panel().locator('[data-control="bdyIndirizzi"]');
   await addresses.locator('button', { hasText: 'Aggiungi riga' }).click();
   await addresses.locator('tbody tr').first().waitFor();
-  await typeCell(addresses, 1, 2, '1');
+  await typeCell(addresses, 1, 2, 'Sped. Merce');
   await typeCell(addresses, 1, 3, 'Magazzino Brambilla');
   await typeCell(addresses, 1, 5, 'Via Stephenson 94');
 

@@ -77,10 +77,19 @@ json Describe(const Control& c) {
     d["hiddenPages"] = hidden;
   } else if (auto* grid = dynamic_cast<const VxBody*>(&c)) {
     json columns = json::array();
-    for (const auto& col : grid->Columns())
-      columns.push_back({{"field", col.field}, {"caption", col.caption}, {"kind", KindName(col.kind)},
-                         {"editable", col.editable}, {"visible", col.visible}, {"lookup", col.lookup},
-                         {"currency", col.currency}});
+    for (const auto& col : grid->Columns()) {
+      json column = {{"field", col.field}, {"caption", col.caption}, {"kind", KindName(col.kind)},
+                     {"editable", col.editable}, {"visible", col.visible}, {"lookup", col.lookup},
+                     {"currency", col.currency}};
+      // Fixed choices: the client shows and accepts their captions.
+      if (!col.entries.empty()) {
+        json entries = json::array();
+        for (const auto& [caption, value] : col.entries)
+          entries.push_back({{"caption", caption}, {"value", ToJson(value)}});
+        column["entries"] = entries;
+      }
+      columns.push_back(column);
+    }
     d["columns"] = columns;
     d["rows"] = Rows(grid->Data());
     d["selection"] = grid->Selection();

@@ -11,9 +11,23 @@ import { formatValue, editableNumber, formatDate, parseDate } from './format.js'
 import { showPopup, visibleItems } from './popup.js';
 
 // Text typed in a cell → the JSON value for its column; {error} when it is not one.
-function parseCell(text, kind) {
+// A column with fixed choices shows their captions and takes a caption or a
+// value typed; the stored value is the choice's own.
+function choiceCaption(value, entries) {
+  const e = entries.find((x) => x.value === value || String(x.value) === String(value));
+  return e ? e.caption : null;
+}
+
+function parseChoice(text, entries) {
+  const t = text.trim().toLowerCase();
+  const e = entries.find((x) => x.caption.toLowerCase() === t || String(x.value).toLowerCase() === t);
+  return e ? { value: e.value } : { error: `scegliere tra ${entries.map((x) => x.caption).join(', ')}` };
+}
+
+function parseCell(text, kind, entries) {
   const t = text.trim();
   if (t === '') return { value: null };
+  if (entries?.length) return parseChoice(t, entries);
   switch (kind) {
     case 'integer': {
       if (!/^-?\d+$/.test(t.replace(/\./g, ''))) return { error: 'serve un numero intero' };
@@ -35,8 +49,9 @@ function parseCell(text, kind) {
   }
 }
 
-function editText(value, kind) {
+function editText(value, kind, entries) {
   if (value === null || value === undefined) return '';
+  if (entries?.length) return choiceCaption(value, entries) ?? String(value);
   if (kind === 'integer') return String(value);
   if (kind === 'percent' || kind === 'amount') return editableNumber(value, 2);
   if (kind === 'date') return formatDate(value);
@@ -114,7 +129,8 @@ export function createGrid(c, ctx) {
           });
           return h('td', { class: `${cls} center`, dataset: { col: ci } }, box);
         }
-        return h('td', { class: cls, dataset: { col: ci } }, formatValue(v, col.kind));
+        const shown = col.entries?.length ? (choiceCaption(v, col.entries) ?? formatValue(v, col.kind)) : formatValue(v, col.kind);
+        return h('td', { class: cls, dataset: { col: ci } }, shown);
       }))));
     empty.hidden = rows.length > 0;
     paintSelection();
@@ -176,7 +192,7 @@ export function createGrid(c, ctx) {
     }
     if (col.kind === 'check') { toggleCheck(); return; }
     const td = cellAt(active.row, active.col);
-    const original = editText(row[col.field], col.kind);
+    const original = editText(row[col.field], col.kind, col.entries);
     const input = h('input', { type: 'text', class: `cell-editor ${NUMERIC.has(col.kind) ? 'num' : ''}`, value: initialText ?? original, 'aria-label': col.caption, spellcheck: false, autocomplete: 'off' });
     editor = { td, input, row: active.row, col: active.col, original };
     td.replaceChildren(input);
@@ -200,7 +216,7 @@ export function createGrid(c, ctx) {
     const column = columns[col];
     const text = input.value;
     if (commit && text !== original) {
-      const parsed = parseCell(text, column.kind);
+      const parsed = parseCell(text, column.kind, column.entries);
       if (parsed.error) {
         ctx.note(`«${column.caption}»: ${parsed.error}`);
         drawBody();
