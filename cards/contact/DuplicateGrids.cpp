@@ -87,6 +87,32 @@ bool MostraAnagraficheDoppie(const RecordsetPtr& record, std::int32_t idAnagrafi
   }
 }
 
+RecordsetPtr CardValuesRecord(const corvina20::Form& form) {
+  std::vector<std::pair<std::string, std::string>> values;
+  for (const auto& control : form.Controls()) {
+    std::string column = control->Binding();
+    if (column.empty() || control->Kind() == corvina20::ControlKind::Grid) continue;
+    if (column.rfind("STDAnagrafiche.", 0) == 0) column = column.substr(15);
+    const Variant& v = control->Value();
+    values.emplace_back(column, v.IsEmpty() || v.IsNull() ? std::string() : v.ToString());
+  }
+  return corvina20::Recordset::CreateTextRow(values);
+}
+
+std::string CardOfDuplicateRow(const RecordsetPtr& rows) {
+  if (TipoAnagOf(rows) == 2) return "AnagraficaLeads";
+  RecordsetPtr party = App().GetConnection()->OpenRecordset(
+      "SELECT Cliente, Contatto, Fornitore FROM STDAnagrafiche WHERE IdAnagrafica = ?",
+      {FieldValue(rows, Variant("IdAnagrafica"))}, corvina20::LockType::ReadOnly);
+  auto holds = [&](const char* flag) {
+    return !party->IsEOF() && FieldValue(party, Variant(flag)).ToBool();
+  };
+  if (holds("Cliente")) return "AnagraficaClienti";
+  if (holds("Contatto")) return "AnagraficaContatti";
+  if (holds("Fornitore")) return "AnagraficaFornitori";
+  return "AnagraficaClienti";
+}
+
 std::string DuplicatesListText(const RecordsetPtr& rows) {
   std::string text;
   if (IsRecordsetClosed(rows)) return text;

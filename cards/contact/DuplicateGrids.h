@@ -48,6 +48,21 @@ bool MostraAnagraficheDoppie(const RecordsetPtr& record, std::int32_t idAnagrafi
                              bool contatto, corvina20::VxBody& doppie,
                              corvina20::VxBody& simili, corvina20::Control& label);
 
+// The card's current values by column name, as the searches read them: one
+// text field per bound control of `form` that is not a grid, named by its
+// binding without the "STDAnagrafiche." prefix, holding the control's value
+// as text ("" when blank).
+RecordsetPtr CardValuesRecord(const corvina20::Form& form);
+
+// The card item that opens the party of the current row of `rows` ("Apri
+// Anagrafica"): "AnagraficaLeads" for a lead (TipoAnag 2); for a party, by
+// its own role flags, since TipoAnag reads the customer flag in one search
+// and the contact flag in another: "AnagraficaClienti" when it is a
+// customer, else "AnagraficaContatti" when a contact, else
+// "AnagraficaFornitori" when a supplier, else "AnagraficaClienti".
+// REQUIRES: `rows` positioned on a row. Raises the database's error.
+std::string CardOfDuplicateRow(const RecordsetPtr& rows);
+
 // The list text of the duplicates found, one line per row of `rows`, each
 // line TipoAnag, ": ", RagioneSociale, " ", RagioneSociale2, " ",
 // Indirizzo, " ", Citta and CR LF: what the cards put before their question.

@@ -1,7 +1,8 @@
 // The application session the host hands the module once, through Init: the
 // shared connection, host parameters, text translation, message display,
-// modal forms, the document-model folder, opening of other items and the
-// folder picker. The module holds it module-wide and never creates one; the
+// modal forms, the document-model folder, opening of other items, the
+// folder picker, the conversion of a contact into a customer and the print
+// defaults. The module holds it module-wide and never creates one; the
 // host implements it.
 #pragma once
 
@@ -86,6 +87,27 @@ class Session {
   // "Refresh" with an item name (an open item should reload). A host that
   // does not care ignores it; never an error.
   virtual void Notify(std::string_view event, const std::vector<Variant>& args) = 0;
+  // Makes the contact `idAnagrafica` (a party whose Contatto flag is set) a
+  // customer, on the shared connection and so inside the caller's
+  // transaction when one is open: the party gains the Cliente flag, gets an
+  // STDAnagraficaClienti row from its contact data (a row already there is
+  // kept), the ledger account the customer card would open for it when the
+  // parameter "CreaAutomPC" asks for one (control account "CodContoClienti",
+  // mask "MaskConto"; an account already there is reused), and its contact
+  // row is marked ConvertitoInCliente with the working date as
+  // DataConversione. `jobCosting` and `quotes` say that the caller uses job
+  // costing and quotations: the party keeps its key, so what those hold for
+  // it follows it unchanged. Converting a contact twice changes nothing but
+  // the date. Raises kErrHost when no party has the key or the party is not a
+  // contact, and the database's error; nothing is committed or rolled back
+  // here.
+  virtual void ConvertContactToCustomer(std::int32_t idAnagrafica, bool jobCosting,
+                                        bool quotes) = 0;
+  // Sets the print default `key` to `values` (e.g. "FORM_CHIAMANTE_STAMPA_
+  // ETICHETTE" with the calling form's name and a party key), so that the
+  // report opened next starts from them; replaces an earlier value. Never an
+  // error.
+  virtual void SetPrintDefault(std::string_view key, const std::vector<Variant>& values) = 0;
 };
 
 using SessionPtr = std::shared_ptr<Session>;

@@ -10,6 +10,7 @@
 #include "corvina20/Panels.h"
 #include "corvina20/VxBody.h"
 #include "corvina20/VxCode.h"
+#include "items/ItemCatalogue.h"
 #include "items/OpenedItem.h"
 
 namespace corvina20 {
@@ -93,6 +94,10 @@ json Describe(const Control& c) {
     d["columns"] = columns;
     d["rows"] = Rows(grid->Data());
     d["selection"] = grid->Selection();
+    d["current"] = grid->CurrentRow();
+    // A grid with a RowChanged handler wants to hear where the user stands.
+    d["followsCurrent"] = static_cast<bool>(grid->RowChanged);
+    if (!grid->RangeFrom().empty()) d["dateRange"] = {{"from", grid->RangeFrom()}, {"to", grid->RangeTo()}};
     d["popup"] = Popup(const_cast<VxBody*>(grid)->Popup());
     d.erase("value");
   } else if (auto* card = dynamic_cast<const Card*>(&c)) {
@@ -185,9 +190,14 @@ std::optional<std::string> QueuedDialog::ChooseFolder(std::string_view title) {
 // ---- Workspace ---------------------------------------------------------------------
 
 namespace {
-SessionOptions ModalOptions(std::function<void(std::unique_ptr<OpenedItem>)> show) {
+using ItemCall = std::function<void(std::string_view, const std::vector<Variant>&)>;
+
+SessionOptions WorkspaceOptions(std::function<void(std::unique_ptr<OpenedItem>)> show, ItemCall open,
+                                ItemCall notify) {
   SessionOptions options;
   options.showModalForm = std::move(show);
+  options.openItem = std::move(open);
+  options.notify = std::move(notify);
   return options;
 }
 }  // namespace
@@ -195,7 +205,10 @@ SessionOptions ModalOptions(std::function<void(std::unique_ptr<OpenedItem>)> sho
 Workspace::Workspace(ConnectionPtr connection, std::shared_ptr<Dialog> dialog)
     : session_(std::make_shared<HostSession>(
           std::move(connection), std::move(dialog),
-          ModalOptions([this](std::unique_ptr<OpenedItem> opened) { ShowModal(std::move(opened)); }))),
+          WorkspaceOptions(
+              [this](std::unique_ptr<OpenedItem> opened) { ShowModal(std::move(opened)); },
+              [this](std::string_view name, const std::vector<Variant>& args) { OpenRequested(name, args); },
+              [this](std::string_view event, const std::vector<Variant>& args) { Notified(event, args); }))),
       module_(std::make_unique<LoadedModule>(DefaultModulePath())) {
   SessionPtr app = session_;
   module_->Module().Init(app);
@@ -261,16 +274,55 @@ json Workspace::Grid(const json& action) {
   } else if (action.contains("select")) {
     grid->Select(action.at("select").get<std::vector<long>>());
     result["selected"] = grid->Selection();
+  } else if (action.contains("current")) {
+    grid->SetCurrentRow(action.at("current").get<long>());
+    result["current"] = grid->CurrentRow();
   } else if (action.contains("popup")) {
     std::string key = action.at("popup").get<std::string>();
     grid->SelectPopupItem(key);
     result["popup"] = key;
     result["done"] = true;
   } else {
-    Bad("azione sulla griglia sconosciuta: servono add, row+set, delete, select o popup");
+    Bad("azione sulla griglia sconosciuta: servono add, row+set, delete, select, current o popup");
   }
   result["rows"] = grid->RowCount();
   return result;
+}
+
+void Workspace::OpenRequested(std::string_view name, const std::vector<Variant>& args) {
+  std::string kind, caption(name);
+  for (const CatalogueItem& item : ReadItemCatalogue())
+    if (text::EqualsNoCase(item.name, name)) {
+      kind = item.kind;
+      caption = item.caption;
+      break;
+    }
+  std::unique_ptr<OpenedItem> opened;
+  if (kind == "card" || kind == "report" || kind == "activeform")
+    opened = OpenModuleItem(module_->Module(), kind, std::string(name), session_->GetConnection());
+  if (!opened || !opened->GetForm()) {
+    // The host's own items (dashboards, calendar, mail client) are not part
+    // of this host: the user is told, the card goes on.
+    MessageRequest request;
+    request.text = "«" + caption + "» non è installato in questo host.";
+    request.style = kStyleInformation;
+    session_->ShowMessage(request);
+    return;
+  }
+  if (opened->card && !args.empty()) opened->card->Load(args.front());
+  const int id = nextId_++;
+  json line = {{"opened", opened->name}, {"form", opened->GetForm()->Name()}, {"formId", id}};
+  forms_[id] = std::move(opened);
+  lastId_ = id;  // as after an "open": the next actions without formId go to it
+  if (emit_) emit_(line);
+}
+
+void Workspace::Notified(std::string_view event, const std::vector<Variant>& args) {
+  if (event != "Refresh" || args.empty()) return;
+  const std::string item = args.front().ToString();
+  for (auto& [id, f] : forms_)
+    if (text::EqualsNoCase(f->name, item) && f->card && f->card->Mode() == kModeBrowse && f->card->HasRecord())
+      f->card->Load(f->card->KeyValue());
 }
 
 void Workspace::ShowModal(std::unique_ptr<OpenedItem> opened) {

@@ -12,8 +12,9 @@
 // next actions, which run (through Perform, nested) on the modal form until
 // it closes; then the module's call returns and the suspended action goes on.
 // The script runner's loop reads the next lines, the web host's takes the
-// next requests on the session's UI thread. Not for: transport (files, HTTP)
-// or threads.
+// next requests on the session's UI thread. An item a form asks the host to
+// open (Session::OpenItem) becomes a new open form the same way. Not for:
+// transport (files, HTTP) or threads.
 #pragma once
 
 #include <deque>
@@ -99,6 +100,16 @@ class Workspace {
   nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
   // Session::ShowModalForm as the workspace serves it (see the top).
   void ShowModal(std::unique_ptr<OpenedItem> opened);
+  // Session::OpenItem as the workspace serves it: an item of the module
+  // opens as a new form of the workspace (a card loaded on the first
+  // argument, when given), reported by the line {"opened":…,"form":…,
+  // "formId":N} like an "open"; a host item, or one nobody serves, is told
+  // to the user as a host message "«caption» non è installato in questo host.".
+  void OpenRequested(std::string_view name, const std::vector<Variant>& args);
+  // Session::Notify as the workspace serves it: "Refresh" with an item name
+  // shows again, from the database, the record of every open form of that
+  // item whose card is browsing one; other notices are only recorded.
+  void Notified(std::string_view event, const std::vector<Variant>& args);
 
   std::shared_ptr<HostSession> session_;
   std::unique_ptr<LoadedModule> module_;

@@ -6,6 +6,7 @@
 
 #include "corvina20/Error.h"
 #include "corvina20/MervoStatus.h"
+#include "session/ContactConversion.h"
 
 namespace corvina20 {
 
@@ -86,6 +87,23 @@ void HostSession::Notify(std::string_view event, const std::vector<Variant>& arg
   std::string entry(event);
   for (const Variant& a : args) entry += " " + a.Describe();
   notifications_.push_back(std::move(entry));
+  if (options_.notify) options_.notify(event, args);
+}
+
+void HostSession::ConvertContactToCustomer(std::int32_t idAnagrafica, bool /*jobCosting*/,
+                                           bool /*quotes*/) {
+  // The party keeps its key: its quotations and job-costing rows follow it
+  // as they are, so the two flags ask nothing more of this host.
+  corvina20::ConvertContactToCustomer(connection_, Parameters(), workingDate_, idAnagrafica);
+}
+
+void HostSession::SetPrintDefault(std::string_view key, const std::vector<Variant>& values) {
+  printDefaults_[std::string(key)] = values;
+}
+
+std::vector<Variant> HostSession::PrintDefault(std::string_view key) const {
+  auto it = printDefaults_.find(key);
+  return it == printDefaults_.end() ? std::vector<Variant>{} : it->second;
 }
 
 std::optional<std::string> HostSession::BrowseForFolder(std::string_view title) {

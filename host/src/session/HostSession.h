@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ struct SessionOptions {
   // shows it and returns once it is closed or will never be. When unset the
   // dialog shows it (Dialog::ShowForm).
   std::function<void(std::unique_ptr<OpenedItem>)> showModalForm;
+  // Called for Notify after the notification is recorded; when unset it is
+  // only recorded.
+  std::function<void(std::string_view, const std::vector<Variant>&)> notify;
 };
 
 class HostSession final : public Session {
@@ -42,6 +46,10 @@ class HostSession final : public Session {
   void OpenItem(std::string_view itemName, const std::vector<Variant>& args) override;
   std::optional<std::string> BrowseForFolder(std::string_view title) override;
   void Notify(std::string_view event, const std::vector<Variant>& args) override;
+  void ConvertContactToCustomer(std::int32_t idAnagrafica, bool jobCosting, bool quotes) override;
+  void SetPrintDefault(std::string_view key, const std::vector<Variant>& values) override;
+  // The print default `key` as last set; empty when never set.
+  std::vector<Variant> PrintDefault(std::string_view key) const;
   // The notifications received, oldest first ("BeginUpdate", "Refresh AnagraficaContatti").
   const std::vector<std::string>& Notifications() const { return notifications_; }
 
@@ -55,6 +63,7 @@ class HostSession final : public Session {
   std::vector<const Form*> modals_;  // the modal forms shown now, innermost last
   DateTime workingDate_;
   std::vector<std::string> notifications_;
+  std::map<std::string, std::vector<Variant>, std::less<>> printDefaults_;
 };
 
 // Today's date at midnight, local time.
