@@ -4,6 +4,7 @@
 #include "cards/customer/AnagraficaClienti.h"
 
 #include "cards/customer/BankRows.h"
+#include "cards/party/BankSearch.h"
 
 namespace vantor20 {
 namespace {
@@ -28,33 +29,10 @@ enum Page {
   kPageDoppie,
 };
 
-GridColumn Col(const char* field, const char* caption, ControlKind kind = ControlKind::Text,
-               bool visible = true, const char* lookup = "") {
-  GridColumn c;
-  c.field = field;
-  c.caption = caption;
-  c.kind = kind;
-  c.visible = visible;
-  c.editable = visible;
-  c.lookup = lookup;
-  return c;
-}
-
-GridColumn Hidden(const char* field) { return Col(field, field, ControlKind::Integer, false); }
-
-GridColumn Check(const char* field, const char* caption) {
-  return Col(field, caption, ControlKind::Check);
-}
-
-GridColumn ReadOnly(GridColumn c) {
-  c.editable = false;
-  return c;
-}
-
 }  // namespace
 
 AnagraficaClienti::AnagraficaClienti()
-    : Form("AnagraficaClienti"),
+    : PartyForm("AnagraficaClienti"),
       crdAnagraficaClienti(Add<corvina20::Card>("crdAnagraficaClienti", *this)),
       sstCliente(Add<corvina20::Tabs>(
           "sstCliente",
@@ -213,16 +191,7 @@ AnagraficaClienti::AnagraficaClienti()
   PercentualeRitenutaAccontoAttiva.SetDecimals(2);
 
   // ---- the other fields: made, bound and placed from one table ----
-  struct Other {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    std::string binding;
-    const char* frame;
-    int length;          // texts: maximum length; numbers: decimals
-    const char* lookup;  // lookups only
-  };
-  const Other others[] = {
+  const FieldDef others[] = {
       {"cdoLingua", ControlKind::Lookup, "Lingua", p + "CodLingua", "frmAnagrafica", 0, "Lingue"},
       {"txtTelefono", ControlKind::Text, "Telefono", p + "Telefono", "frmRecapiti", 30, ""},
       {"txtTelefono2", ControlKind::Text, "Altro Telefono", p + "Telefono2", "frmRecapiti", 30, ""},
@@ -300,116 +269,75 @@ AnagraficaClienti::AnagraficaClienti()
       {"dteDataUltimoSollecito", ControlKind::Date, "Data Ultimo Sollecito", "DataUltimoSollecito", "frmSolleciti", 0, ""},
       {"ckbNonSollecitare", ControlKind::Check, "Non Sollecitare", "NonSollecitare", "frmSolleciti", 0, ""},
   };
-  for (const Other& o : others) {
-    corvina20::Control* c = nullptr;
-    switch (o.kind) {
-      case ControlKind::Lookup: c = &Add<corvina20::VxCode>(o.name, o.caption, o.lookup); break;
-      case ControlKind::Check: c = &Add<corvina20::CheckBox>(o.name, o.caption); break;
-      case ControlKind::Date: c = &Add<corvina20::DateField>(o.name, o.caption); break;
-      case ControlKind::Integer:
-      case ControlKind::Percent: {
-        auto& n = Add<corvina20::NumberField>(o.name, o.kind, o.caption);
-        n.SetDecimals(o.length);
-        c = &n;
-        break;
-      }
-      default: {
-        auto& t = Add<corvina20::TextField>(o.name, o.caption);
-        t.SetMaxLength(o.length);
-        t.SetMultiline(o.length == 0);
-        c = &t;
-        break;
-      }
-    }
-    c->Bind(o.binding).Place(o.frame);
-  }
+  for (const FieldDef& o : others) AddField(o);
 
   // ---- grids ----
   bdyBancheCliente.Place("", kPageBancheIndirizzi);
-  for (GridColumn c : {Col("Descrizione", "Descrizione"), Col("Agenzia", "Agenzia"),
-                       Col("Indirizzo", "Indirizzo"), Col("Citta", "Città"),
-                       Col("Provincia", "Prov"), Col("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
-                       Col("CodicePaeseIBAN", "Codice Paese IBAN"), Col("CheckDigitIBAN", "Check Digit IBAN"),
-                       Col("CodiceCIN", "CodiceCIN"), Col("CodAbi", "CodAbi"), Col("CodCab", "CodCab"),
-                       Col("NumeroCc", "NumeroCc"), ReadOnly(Col("Iban", "Iban Cliente")),
-                       Col("CircuitoBancario", "CircuitoBancario"), Check("Default", "Default"),
-                       Hidden("IdBanca"), Hidden("IdAnagrafica")})
-    bdyBancheCliente.AddColumn(c);
+  AddBankColumns(bdyBancheCliente, "Iban Cliente");
   WireBankGrid(bdyBancheCliente);
+  WireBankSearch(bdyBancheCliente, "AnagraficaClienti");
 
   bdyIndirizzi.Place("", kPageBancheIndirizzi);
-  GridColumn tipo = Col("TipoIndirizzo", "Tipo Indirizzo", ControlKind::Combo);
-  tipo.entries = {{"Sped. Fattura", Variant(std::int16_t{0})},
-                  {"Sped. Merce", Variant(std::int16_t{1})},
-                  {"Sped. Riba", Variant(std::int16_t{2})}};
-  for (GridColumn c : {ReadOnly(Col("NrIndirizzo", "Nr.", ControlKind::Integer)), tipo,
-                       Col("RagioneSociale", "Ragione Sociale"), Col("RagioneSociale2", "Ragione Sociale 2"),
-                       Col("Indirizzo", "Indirizzo"), Col("Cap", "C.A.P."), Col("Citta", "Città"),
-                       Col("Provincia", "Prov"), Col("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
-                       Col("Telefono", "Telefono"), Col("E_mail", "E@mail"),
-                       Col("IdAgente1", "Agente 1", ControlKind::Integer),
-                       Col("IdAgente2", "Agente 2", ControlKind::Integer), Check("Default", "Default"),
-                       Hidden("IdIndirizzo"), Hidden("IdAnagrafica")})
-    bdyIndirizzi.AddColumn(c);
+  AddAddressColumns(bdyIndirizzi);
 
   bdyRiferimenti.Place("", kPageRiferimenti);
-  GridColumn tipoInvio = Col("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);
+  GridColumn tipoInvio = GridCol("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);
   tipoInvio.entries = {{"Bcc..", Variant("Bcc..")}, {"Cc..", Variant("Cc..")}, {"To..", Variant("To..")}};
   for (GridColumn c :
-       {Col("TipoRiferimento", "Tipo", ControlKind::Lookup, true, "TipiRiferimenti"), Col("Cognome", "Cognome"),
-        Col("Nome", "Nome"), Col("Telefono1", "Telefono"), Col("Telefono2", "Altro Telefono"),
-        Col("Cellulare", "Cellulare"), Col("Mail", "E@mail"), Col("DataNascita", "Data Nascita", ControlKind::Date),
-        Check("InvioOfferte", "Offerte"), Check("InvioOrdCli", "Ord. Cliente"), Check("InvioDDTEme", "DDT Emesso"),
-        Check("InvioFattEme", "Fatt. Emessa"), Check("InvioNotaCre", "Nota Credito"),
-        Check("InvioRicFis", "Ric. Fiscale"), Check("InvioDDTRicCli", "DDT Ric Cli"),
-        Check("InvioSollecito", "Sollecito"), Check("InvioCRM", "CRM"),
-        Check("InvioEstrattoConto", "Estratto Conto"), tipoInvio, Hidden("IdRiferimento"),
-        Hidden("IdAnagrafica"), Hidden("NrRiga")})
+       {GridCol("TipoRiferimento", "Tipo", ControlKind::Lookup, true, "TipiRiferimenti"), GridCol("Cognome", "Cognome"),
+        GridCol("Nome", "Nome"), GridCol("Telefono1", "Telefono"), GridCol("Telefono2", "Altro Telefono"),
+        GridCol("Cellulare", "Cellulare"), GridCol("Mail", "E@mail"), GridCol("DataNascita", "Data Nascita", ControlKind::Date),
+        GridCheck("InvioOfferte", "Offerte"), GridCheck("InvioOrdCli", "Ord. Cliente"), GridCheck("InvioDDTEme", "DDT Emesso"),
+        GridCheck("InvioFattEme", "Fatt. Emessa"), GridCheck("InvioNotaCre", "Nota Credito"),
+        GridCheck("InvioRicFis", "Ric. Fiscale"), GridCheck("InvioDDTRicCli", "DDT Ric Cli"),
+        GridCheck("InvioSollecito", "Sollecito"), GridCheck("InvioCRM", "CRM"),
+        GridCheck("InvioEstrattoConto", "Estratto Conto"), tipoInvio, GridHidden("IdRiferimento"),
+        GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
     bdyRiferimenti.AddColumn(c);
 
   bdyNoteCliente.Place("", kPageNote);
-  GridColumn nota = Col("Nota", "Nota");
-  for (GridColumn c : {nota, Check("Offerte", "Offerte"), Check("OrdiniCliente", "Ord. Cliente"),
-                       Check("DDT", "D.d.t.Eme."), Check("Fattura", "Fatt.Eme."), Check("NotaAcc", "Nota Acc."),
-                       Check("RicFisc", "Ric. Fiscali"), Hidden("IdNota"), Hidden("IdAnagrafica"), Hidden("NrRiga")})
+  GridColumn nota = GridCol("Nota", "Nota");
+  for (GridColumn c : {nota, GridCheck("Offerte", "Offerte"), GridCheck("OrdiniCliente", "Ord. Cliente"),
+                       GridCheck("DDT", "D.d.t.Eme."), GridCheck("Fattura", "Fatt.Eme."), GridCheck("NotaAcc", "Nota Acc."),
+                       GridCheck("RicFisc", "Ric. Fiscali"), GridHidden("IdNota"), GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
     bdyNoteCliente.AddColumn(c);
 
   bdyStoricizzazione.Place("", kPageStorico);
   for (GridColumn c :
-       {Col("DataAnagrafica", "Data Storicizzazione", ControlKind::Date), Col("RagioneSociale", "Ragione Sociale"),
-        Col("RagioneSociale2", "Ragione Sociale 2"), Col("Indirizzo", "Indirizzo"), Col("Citta", "Città"),
-        Col("Provincia", "Prov."), Col("CodNazione", "Nazione"), Col("PartitaIva", "Partita Iva"),
-        Col("CodiceFiscale", "Codice Fiscale"), Check("Esente", "Cliente Esente"),
-        Col("CodIvaEsente", "Cod. Iva Esente"), Col("ValiditaAutorizzDa", "Val. Autoriz. Da", ControlKind::Date),
-        Col("ValiditaAutorizzA", "Val. Autoriz. A", ControlKind::Date),
-        Col("DataAutorizz", "Data Autoriz.", ControlKind::Date), Col("NsNrAutorizz", "Nr. Protocollo"),
-        Col("NsDataAutorizz", "Data Autoriz. Interno", ControlKind::Date), Col("NrAutorizz", "Nr. Autoriz."),
-        Check("FlagSoggettoConai", "Soggetto Conai"), Col("PercEsenzConai", "% Esenz. Conai", ControlKind::Percent),
-        Col("DataLetteraConai", "Data Lettera Conai", ControlKind::Date), Hidden("IdAnagrafica"),
-        Hidden("IdRiga"), Hidden("TipoCliFor"), Hidden("PercEsenzConaiModificabile")})
-    bdyStoricizzazione.AddColumn(ReadOnly(c));
+       {GridCol("DataAnagrafica", "Data Storicizzazione", ControlKind::Date), GridCol("RagioneSociale", "Ragione Sociale"),
+        GridCol("RagioneSociale2", "Ragione Sociale 2"), GridCol("Indirizzo", "Indirizzo"), GridCol("Citta", "Città"),
+        GridCol("Provincia", "Prov."), GridCol("CodNazione", "Nazione"), GridCol("PartitaIva", "Partita Iva"),
+        GridCol("CodiceFiscale", "Codice Fiscale"), GridCheck("Esente", "Cliente Esente"),
+        GridCol("CodIvaEsente", "Cod. Iva Esente"), GridCol("ValiditaAutorizzDa", "Val. Autoriz. Da", ControlKind::Date),
+        GridCol("ValiditaAutorizzA", "Val. Autoriz. A", ControlKind::Date),
+        GridCol("DataAutorizz", "Data Autoriz.", ControlKind::Date), GridCol("NsNrAutorizz", "Nr. Protocollo"),
+        GridCol("NsDataAutorizz", "Data Autoriz. Interno", ControlKind::Date), GridCol("NrAutorizz", "Nr. Autoriz."),
+        GridCheck("FlagSoggettoConai", "Soggetto Conai"), GridCol("PercEsenzConai", "% Esenz. Conai", ControlKind::Percent),
+        GridCol("DataLetteraConai", "Data Lettera Conai", ControlKind::Date), GridHidden("IdAnagrafica"),
+        GridHidden("IdRiga"), GridHidden("TipoCliFor"), GridHidden("PercEsenzConaiModificabile")})
+    bdyStoricizzazione.AddColumn(GridReadOnly(c));
   bdyStoricizzazione.SetAllowAddDelete(false);
 
   bdyProfilazione.Place("", kPageCrm);
-  for (GridColumn c : {Col("codProfilazione", "Profilazione"), Col("codFamiglia", "Famiglia"),
-                       Col("codTipologia", "Tipologia"), Col("CodValProfilazione", "Valore"),
-                       Col("Valutazione", "Valutazione"), Hidden("IdRiga"), Hidden("idAnagrafica"), Hidden("Leads")})
+  for (GridColumn c : {GridCol("codProfilazione", "Profilazione"), GridCol("codFamiglia", "Famiglia"),
+                       GridCol("codTipologia", "Tipologia"), GridCol("CodValProfilazione", "Valore"),
+                       GridCol("Valutazione", "Valutazione"), GridHidden("IdRiga"), GridHidden("idAnagrafica"), GridHidden("Leads")})
     bdyProfilazione.AddColumn(c);
   bdyAllegati.Place("", kPageCrm);
-  for (GridColumn c : {Col("NomeFile", "File"), Col("Descrizione", "Descrizione"),
-                       Col("DataInserimento", "Data", ControlKind::Date), Hidden("IdAllegato"),
-                       Hidden("IdAnagrafica"), Hidden("NrRiga")})
+  for (GridColumn c : {GridCol("NomeFile", "File"), GridCol("Descrizione", "Descrizione"),
+                       GridCol("DataInserimento", "Data", ControlKind::Date), GridHidden("IdAllegato"),
+                       GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
     bdyAllegati.AddColumn(c);
 
   lblAnagraficheDoppie.Place("", kPageDoppie);
   lblAnagraficheDoppie.SetVisible(false);
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2}) {
     grid->Place("", kPageDoppie);
-    for (GridColumn c : {Col("Rank", "Rank", ControlKind::Integer), Col("IdAnagrafica", "Codice", ControlKind::Integer),
-                         Col("RagioneSociale", "Ragione Sociale"), Col("RagioneSociale2", "Ragione Sociale 2"),
-                         Col("Indirizzo", "Indirizzo"), Col("Citta", "Città"),
-                         Col("TipoAnag", "Tipo", ControlKind::Integer)})
-      grid->AddColumn(ReadOnly(c));
+    for (GridColumn c : {GridCol("Rank", "Rank", ControlKind::Integer), GridCol("IdAnagrafica", "Codice", ControlKind::Integer),
+                         GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
+                         GridCol("Indirizzo", "Indirizzo"), GridCol("Citta", "Città"),
+                         GridCol("TipoAnag", "Tipo", ControlKind::Integer)})
+      grid->AddColumn(GridReadOnly(c));
     grid->SetAllowAddDelete(false);
   }
 

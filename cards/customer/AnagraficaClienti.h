@@ -17,11 +17,12 @@
 #include <vector>
 
 #include "cards/customer/HistorySnapshot.h"
+#include "cards/party/PartyForm.h"
 #include "module/Host.h"
 
 namespace vantor20 {
 
-class AnagraficaClienti final : public corvina20::Form {
+class AnagraficaClienti final : public PartyForm {
  public:
   AnagraficaClienti();
 

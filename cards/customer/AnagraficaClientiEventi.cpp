@@ -15,6 +15,7 @@
 #include "cards/customer/GridRows.h"
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyTakeOver.h"
+#include "cards/party/ExcludedMonths.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
 #include "module/ModuloVantor.h"
@@ -42,9 +43,6 @@ constexpr std::int32_t kMsgIndirizzoUsato = 21007;
 constexpr const char* kOutlookNonAttivo = "Attenzione: MS Outlook non attivato nei Parametri CRM";
 constexpr const char* kOutlookNonInstallato = "Attenzione: MS Outlook non installato";
 
-const char* const kMonths[] = {"Gennaio", "Febbraio", "Marzo",     "Aprile",  "Maggio",   "Giugno",
-                               "Luglio",  "Agosto",   "Settembre", "Ottobre", "Novembre", "Dicembre"};
-
 std::string Location(const char* control, const char* event) {
   return std::string(kForm) + "." + control + "_" + event;
 }
@@ -54,12 +52,6 @@ void ShowLiteral(const char* text) {
   request.text = text;
   request.style = corvina20::kStyleExclamation;
   App().ShowMessage(request);
-}
-
-int DaysInMonth(int year, int month) {
-  static const int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : days[month - 1];
 }
 
 // How many documents or open bank receipts use the address row, and where.
@@ -117,16 +109,7 @@ void AnagraficaClienti::WireEvents() {
                [this] { OfferTakeOver("PartitaIva", txtPartitaIva.Value()); });
   };
 
-  bdyIndirizzi.OnAddNew = [this] {
-    RecordsetPtr rs = bdyIndirizzi.Data();
-    rs->Fields("NrIndirizzo") = Variant(static_cast<std::int32_t>(rs->RecordCount()));
-  };
-  bdyIndirizzi.AfterColUpdate = [this](const std::string& column) {
-    RecordsetPtr rs = bdyIndirizzi.Data();
-    if ((SameName(column, "Default") || SameName(column, "TipoIndirizzo")) &&
-        FlagOf(rs->Fields("Default").Value()))
-      ClearOtherDefaults(bdyIndirizzi, "TipoIndirizzo");
-  };
+  WireAddressGrid(bdyIndirizzi);
   bdyIndirizzi.BeforeDeleteAt = [this](long, bool& cancel) {
     bool ok = RunHandler(Location("bdyIndirizzi", "BeforeDeleteAt"), [&] {
       std::string where;
@@ -211,10 +194,8 @@ void AnagraficaClienti::Load() {
     i = 0;
     for (const char* c : {"Tra le righe (alla fine)", "In Fondo", "Nessuna Nota", "Tra le righe (all'inizio)"})
       cboPosNote.AddEntry(c, Variant(static_cast<std::int16_t>(i++)));
-    for (corvina20::ChoiceField* cbo : {&cboMeseEscluso1, &cboMeseEscluso2}) {
-      cbo->ClearEntries();
-      for (int m = 1; m <= 12; ++m) cbo->AddEntry(kMonths[m - 1], Variant(static_cast<std::int16_t>(m)));
-    }
+    FillMonthList(cboMeseEscluso1);
+    FillMonthList(cboMeseEscluso2);
 
     corvina20::PopupMenu& popup = crdAnagraficaClienti.Popup();
     popup.Clear();
@@ -253,56 +234,20 @@ std::int32_t AnagraficaClienti::CurrentId() const {
 }
 
 void AnagraficaClienti::ShowExcludedMonths() {
-  RecordsetPtr customer = crdAnagraficaClienti.GetSatelliteRecordset(kSatellite);
-  auto month = [&](const char* column) {
-    if (!customer || customer->IsEOF() || customer->IsBOF()) return Variant();
-    const Variant& v = customer->Fields(column).Value();
-    return IsBlank(v) || v.ToLong() == 0 ? Variant() : Variant(static_cast<std::int16_t>(v.ToLong()));
-  };
-  cboMeseEscluso1.SetValue(month("MmDaEscl1"));
-  cboMeseEscluso2.SetValue(month("MmDaEscl2"));
-  numGgEscluso.SetValue(month("GgScadenza"));
+  ShowExcludedPeriods(crdAnagraficaClienti.GetSatelliteRecordset(kSatellite), cboMeseEscluso1, cboMeseEscluso2,
+                      numGgEscluso);
 }
 
 void AnagraficaClienti::WriteExcludedPeriods(const RecordsetPtr& customer) {
-  int year = 0, m = 0, d = 0, hh = 0, mm = 0, ss = 0;
-  App().WorkingDate().ToParts(year, m, d, hh, mm, ss);
-  auto write = [&](const corvina20::ChoiceField& cbo, const char* suffix) {
-    const std::string s = suffix;
-    if (IsBlank(cbo.Value())) {
-      for (const char* c : {"MmDaEscl", "GgDaEscl", "MmAEscl", "GgAEscl"})
-        customer->Fields(c + s) = Variant::Null();
-      return;
-    }
-    const auto month = static_cast<std::int16_t>(cbo.Value().ToLong());
-    customer->Fields("GgDaEscl" + s) = Variant(std::int16_t{1});
-    customer->Fields("MmDaEscl" + s) = Variant(month);
-    customer->Fields("MmAEscl" + s) = Variant(month);
-    customer->Fields("GgAEscl" + s) = Variant(static_cast<std::int16_t>(DaysInMonth(year, month)));
-  };
-  write(cboMeseEscluso1, "1");
-  write(cboMeseEscluso2, "2");
-  customer->Fields("GgScadenza") =
-      IsBlank(numGgEscluso.Value()) ? Variant::Null()
-                                    : Variant(static_cast<std::int16_t>(numGgEscluso.Value().ToLong()));
+  vantor20::WriteExcludedPeriods(customer, cboMeseEscluso1, cboMeseEscluso2, numGgEscluso);
 }
 
 void AnagraficaClienti::WriteDefaults(const Variant& key) {
-  Variant bank = Variant::Null(), goods = Variant::Null(), invoice = Variant::Null();
-  ForEachRow(bdyBancheCliente, [&](const RecordsetPtr& rs, long) {
-    if (FlagOf(rs->Fields("Default").Value())) bank = rs->Fields("IdBanca").Value();
-  });
-  ForEachRow(bdyIndirizzi, [&](const RecordsetPtr& rs, long) {
-    if (!FlagOf(rs->Fields("Default").Value())) return;
-    const Variant& tipo = rs->Fields("TipoIndirizzo").Value();
-    if (IsBlank(tipo)) return;
-    if (tipo.ToLong() == 0) invoice = rs->Fields("IdIndirizzo").Value();
-    if (tipo.ToLong() == 1) goods = rs->Fields("IdIndirizzo").Value();
-  });
+  const DefaultRowKeys defaults = ReadDefaultRows(bdyBancheCliente, bdyIndirizzi);
   App().GetConnection()->Execute(
       "UPDATE STDAnagraficaClienti SET IdBancaDefault = ?, IdIndSpedMerceDefault = ?, "
       "IdIndSpedFatturaDefault = ? WHERE IdAnagrafica = ?",
-      {bank, goods, invoice, key});
+      {defaults.bank, defaults.goods, defaults.invoice, key});
 }
 
 void AnagraficaClienti::OfferTakeOver(const char* field, const Variant& value) {

@@ -38,4 +38,32 @@ void ClearOtherDefaults(corvina20::VxBody& grid, std::string_view groupColumn) {
   });
 }
 
+void WireAddressGrid(corvina20::VxBody& addresses) {
+  addresses.OnAddNew = [&addresses] {
+    RecordsetPtr rs = addresses.Data();
+    rs->Fields("NrIndirizzo") = Variant(static_cast<std::int32_t>(rs->RecordCount()));
+  };
+  addresses.AfterColUpdate = [&addresses](const std::string& column) {
+    RecordsetPtr rs = addresses.Data();
+    if ((SameName(column, "Default") || SameName(column, "TipoIndirizzo")) &&
+        FlagOf(rs->Fields("Default").Value()))
+      ClearOtherDefaults(addresses, "TipoIndirizzo");
+  };
+}
+
+DefaultRowKeys ReadDefaultRows(corvina20::VxBody& banks, corvina20::VxBody& addresses) {
+  DefaultRowKeys keys;
+  ForEachRow(banks, [&](const RecordsetPtr& rs, long) {
+    if (FlagOf(rs->Fields("Default").Value())) keys.bank = rs->Fields("IdBanca").Value();
+  });
+  ForEachRow(addresses, [&](const RecordsetPtr& rs, long) {
+    if (!FlagOf(rs->Fields("Default").Value())) return;
+    const Variant& tipo = rs->Fields("TipoIndirizzo").Value();
+    if (IsBlank(tipo)) return;
+    if (tipo.ToLong() == 0) keys.invoice = rs->Fields("IdIndirizzo").Value();
+    if (tipo.ToLong() == 1) keys.goods = rs->Fields("IdIndirizzo").Value();
+  });
+  return keys;
+}
+
 }  // namespace vantor20

@@ -23,4 +23,20 @@ void ForEachRow(corvina20::VxBody& grid,
 // e.g. the addresses of the same TipoIndirizzo).
 void ClearOtherDefaults(corvina20::VxBody& grid, std::string_view groupColumn);
 
+// Wires a further-addresses grid (STDAnagIndirizzi): a new row is numbered
+// with the count of the rows before it (NrIndirizzo); marking a row Default,
+// or changing the type of a default row, clears the mark on the other rows
+// of the same TipoIndirizzo.
+void WireAddressGrid(corvina20::VxBody& addresses);
+
+// The keys of the rows marked Default: the bank (IdBanca), the goods address
+// (TipoIndirizzo 1) and the invoice address (0); Null where none is marked.
+// Read after the grids are saved, so that new rows have their keys.
+struct DefaultRowKeys {
+  Variant bank = Variant::Null();
+  Variant goods = Variant::Null();
+  Variant invoice = Variant::Null();
+};
+DefaultRowKeys ReadDefaultRows(corvina20::VxBody& banks, corvina20::VxBody& addresses);
+
 }  // namespace vantor20

@@ -43,6 +43,27 @@ const std::vector<SnapshotField>& CustomerSnapshotFields() {
   return fields;
 }
 
+const std::vector<SnapshotField>& SupplierSnapshotFields() {
+  static const std::vector<SnapshotField> fields = {
+      {"txtRagioneSociale1", "RagioneSociale", false},
+      {"txtRagioneSociale2", "RagioneSociale2", false},
+      {"txtIndirizzo", "Indirizzo", false},
+      {"txtCitta", "Citta", false},
+      {"txtCap", "", false},
+      {"txtProvincia", "Provincia", false},
+      {"cdoNazione", "CodNazione", false},
+      {"txtPartitaIva", "PartitaIva", false},
+      {"cdoCodiceFiscale", "CodiceFiscale", false},
+      {"ckbFornitoreEsente", "Esente", false},
+      {"cdoCodIvaEsente", "CodIvaEsente", false},
+      {"dteValiditaAutorizDa", "ValiditaAutorizzDa", true},
+      {"dteValiditaAutorizA", "ValiditaAutorizzA", true},
+      {"txtNsNrAutorizz", "NsNrAutorizz", false},
+      {"dteNsDataAutorizz", "NsDataAutorizz", true},
+  };
+  return fields;
+}
+
 RememberedValues RememberSnapshotFields(const corvina20::Form& form,
                                         const std::vector<SnapshotField>& fields) {
   RememberedValues values;

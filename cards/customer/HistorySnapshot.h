@@ -27,6 +27,11 @@ struct SnapshotField {
 // The watched fields of the customer card, in the card's order.
 const std::vector<SnapshotField>& CustomerSnapshotFields();
 
+// The watched fields of the supplier card, in the card's order (the
+// exemption of a supplier is ckbFornitoreEsente; no Conai, no letter of
+// intent number); snapshots of its rows carry TipoCliFor 2.
+const std::vector<SnapshotField>& SupplierSnapshotFields();
+
 // What the snapshot dialog answered (its closing event's four values).
 struct SnapshotChoice {
   std::string message;       // a dictionary text when the date is taken

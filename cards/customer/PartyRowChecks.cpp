@@ -14,6 +14,7 @@ constexpr std::int32_t kMsgTipoIndirizzo = 910;
 constexpr std::int32_t kMsgRigaIncompleta = 10712;
 constexpr std::int32_t kMsgIndirizzoPredefinito = 21005;
 constexpr std::int32_t kMsgTipoInvio = 1337;
+constexpr std::int32_t kMsgFlagInvio = 1338;
 
 // The sending flags of a reference person on a customer's documents.
 const char* const kSendingFlags[] = {"InvioOfferte",   "InvioOrdCli",       "InvioDDTEme",
@@ -25,6 +26,12 @@ bool AllBlank(const RecordsetPtr& rs, std::initializer_list<const char*> columns
   for (const char* c : columns)
     if (!IsBlank(rs->Fields(c).Value())) return false;
   return true;
+}
+
+// 10712 "del riferimento" for a reference row with nothing to reach the person by.
+void AddIfEmptyReference(const RecordsetPtr& rs, std::string& warnings) {
+  if (AllBlank(rs, {"Cognome", "Nome", "Telefono1", "Telefono2", "Cellulare", "DataNascita", "Mail"}))
+    AddCardMessage(kMsgRigaIncompleta, warnings, {"del riferimento", TextOf(rs->Fields("IdRiferimento").Value())});
 }
 
 }  // namespace
@@ -59,17 +66,33 @@ void CheckAddressRows(corvina20::VxBody& addresses, std::string& warnings) {
     if (count > 1) AddCardMessage(kMsgIndirizzoPredefinito, warnings, {AddressTypeCaption(tipo)});
 }
 
+void CheckEmptyReferenceRows(corvina20::VxBody& references, std::string& warnings) {
+  ForEachRow(references, [&](const RecordsetPtr& rs, long) { AddIfEmptyReference(rs, warnings); });
+}
+
 void CheckReferenceRows(corvina20::VxBody& references, bool invioMail, std::string& warnings) {
+  // Row by row: a row's sending text follows its own empty-row text.
   ForEachRow(references, [&](const RecordsetPtr& rs, long) {
-    const std::string id = TextOf(rs->Fields("IdRiferimento").Value());
-    if (AllBlank(rs, {"Cognome", "Nome", "Telefono1", "Telefono2", "Cellulare", "DataNascita", "Mail"}))
-      AddCardMessage(kMsgRigaIncompleta, warnings, {"del riferimento", id});
+    AddIfEmptyReference(rs, warnings);
     if (!invioMail || !IsBlank(rs->Fields("TipoInvio").Value())) return;
     for (const char* flag : kSendingFlags)
       if (FlagOf(rs->Fields(flag).Value())) {
-        AddCardMessage(kMsgTipoInvio, warnings, {id});
+        AddCardMessage(kMsgTipoInvio, warnings, {TextOf(rs->Fields("IdRiferimento").Value())});
         return;
       }
+  });
+}
+
+void CheckReferenceSending(corvina20::VxBody& references, const std::vector<const char*>& flags,
+                           std::string& errors) {
+  ForEachRow(references, [&](const RecordsetPtr& rs, long) {
+    bool anyFlag = false;
+    for (const char* flag : flags) anyFlag = anyFlag || FlagOf(rs->Fields(flag).Value());
+    const Variant& tipo = rs->Fields("TipoInvio").Value();
+    const bool hasTipo = !IsBlank(tipo) && tipo.ToLong() != 0;
+    const std::string id = TextOf(rs->Fields("IdRiferimento").Value());
+    if (!anyFlag && hasTipo) AddCardMessage(kMsgFlagInvio, errors, {id});
+    if (anyFlag && !hasTipo) AddCardMessage(kMsgTipoInvio, errors, {id});
   });
 }
 

@@ -1,0 +1,86 @@
+// Layout pieces of the party cards; see PartyForm.h.
+#include "cards/party/PartyForm.h"
+
+namespace vantor20 {
+
+using corvina20::ControlKind;
+using corvina20::GridColumn;
+
+GridColumn GridCol(const char* field, const char* caption, ControlKind kind, bool visible, const char* lookup) {
+  GridColumn c;
+  c.field = field;
+  c.caption = caption;
+  c.kind = kind;
+  c.visible = visible;
+  c.editable = visible;
+  c.lookup = lookup;
+  return c;
+}
+
+GridColumn GridHidden(const char* field) { return GridCol(field, field, ControlKind::Integer, false); }
+
+GridColumn GridCheck(const char* field, const char* caption) { return GridCol(field, caption, ControlKind::Check); }
+
+GridColumn GridReadOnly(GridColumn column) {
+  column.editable = false;
+  return column;
+}
+
+void AddBankColumns(corvina20::VxBody& grid, const char* ibanCaption) {
+  for (GridColumn c : {GridCol("Descrizione", "Descrizione"), GridCol("Agenzia", "Agenzia"),
+                       GridCol("Indirizzo", "Indirizzo"), GridCol("Citta", "Città"), GridCol("Provincia", "Prov"),
+                       GridCol("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
+                       GridCol("CodicePaeseIBAN", "Codice Paese IBAN"), GridCol("CheckDigitIBAN", "Check Digit IBAN"),
+                       GridCol("CodiceCIN", "CodiceCIN"), GridCol("CodAbi", "CodAbi"), GridCol("CodCab", "CodCab"),
+                       GridCol("NumeroCc", "NumeroCc"), GridReadOnly(GridCol("Iban", ibanCaption)),
+                       GridCol("CircuitoBancario", "CircuitoBancario"), GridCheck("Default", "Default"),
+                       GridHidden("IdBanca"), GridHidden("IdAnagrafica")})
+    grid.AddColumn(c);
+}
+
+void AddAddressColumns(corvina20::VxBody& grid) {
+  GridColumn tipo = GridCol("TipoIndirizzo", "Tipo Indirizzo", ControlKind::Combo);
+  tipo.entries = {{"Sped. Fattura", Variant(std::int16_t{0})},
+                  {"Sped. Merce", Variant(std::int16_t{1})},
+                  {"Sped. Riba", Variant(std::int16_t{2})}};
+  for (GridColumn c : {GridReadOnly(GridCol("NrIndirizzo", "Nr.", ControlKind::Integer)), tipo,
+                       GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
+                       GridCol("Indirizzo", "Indirizzo"), GridCol("Cap", "C.A.P."), GridCol("Citta", "Città"),
+                       GridCol("Provincia", "Prov"), GridCol("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
+                       GridCol("Telefono", "Telefono"), GridCol("E_mail", "E@mail"),
+                       GridCol("IdAgente1", "Agente 1", ControlKind::Integer),
+                       GridCol("IdAgente2", "Agente 2", ControlKind::Integer), GridCheck("Default", "Default"),
+                       GridHidden("IdIndirizzo"), GridHidden("IdAnagrafica")})
+    grid.AddColumn(c);
+}
+
+corvina20::Control& PartyForm::AddField(const FieldDef& def) {
+  corvina20::Control* c = nullptr;
+  switch (def.kind) {
+    case ControlKind::Lookup: c = &Add<corvina20::VxCode>(def.name, def.caption, def.lookup); break;
+    case ControlKind::Check: c = &Add<corvina20::CheckBox>(def.name, def.caption); break;
+    case ControlKind::Date: c = &Add<corvina20::DateField>(def.name, def.caption); break;
+    case ControlKind::Combo:
+    case ControlKind::Option: c = &Add<corvina20::ChoiceField>(def.name, def.kind, def.caption); break;
+    case ControlKind::Integer:
+    case ControlKind::Percent:
+    case ControlKind::Amount: {
+      auto& n = Add<corvina20::NumberField>(def.name, def.kind, def.caption);
+      n.SetDecimals(def.length);
+      c = &n;
+      break;
+    }
+    default: {
+      auto& t = Add<corvina20::TextField>(def.name, def.caption);
+      t.SetMaxLength(def.length);
+      t.SetMultiline(def.length == 0);
+      c = &t;
+      break;
+    }
+  }
+  if (!def.binding.empty()) c->Bind(def.binding);
+  c->Place(def.frame);
+  return *c;
+}
+
+}  // namespace vantor20

@@ -1,0 +1,253 @@
+// The supplier card's checks before an action, in their fixed order: the
+// order of the texts the user reads is the order below, so it is part of
+// the card's behaviour. Errors found up to the fiscal code stop the save at
+// once (error 235); warnings are put to the user with question 386; the
+// reference errors found later (1337, 1338) are reported after the
+// question.
+//
+// Choices kept on purpose (docs/supplier-card.md tells why):
+// - the late reference errors carry the customer card's source text
+//   ("AnagraficaClienti.crdAnagraficaClienti_ActionBefore"), as the system
+//   reports them; the early stop carries the supplier card's own;
+// - the public-body text is appended after a CR LF when the list is not
+//   empty, the black-list texts with no line break at all: the user reads
+//   them as the system has always shown them;
+// - the subcontractor's warehouses are errors of the first step: a missing
+//   warehouse (21200) or one already another supplier's (21201);
+// - delete: a supplier still used by documents or journal lines is refused
+//   with 147 before its account is looked at.
+#include "cards/customer/BankRows.h"
+#include "cards/customer/LedgerAccount.h"
+#include "cards/customer/PartyRowChecks.h"
+#include "cards/supplier/AnagraficaFornitori.h"
+#include "module/CardErrorList.h"
+#include "module/CardHandlers.h"
+#include "module/CardValues.h"
+#include "module/ManualKeys.h"
+#include "module/ModuloVantor.h"
+#include "module/PartyCodes.h"
+#include "module/modCardError.h"
+#include "module/modDatabaseUtility.h"
+#include "module/modMainModule.h"
+
+namespace vantor20 {
+namespace {
+
+constexpr const char* kActionBefore = "AnagraficaFornitori.crdAnagraficaFornitori_ActionBefore";
+// The late reference errors are reported under the customer card's text.
+constexpr const char* kActionBeforeClienti = "AnagraficaClienti.crdAnagraficaClienti_ActionBefore";
+
+constexpr std::int32_t kMsgDepositoMancante = 21200;
+constexpr std::int32_t kMsgDepositoTerzistaUsato = 21201;
+
+constexpr const char* kEnteSospensione =
+    "L'anagrafica è stata indicata come ente pubblico e in sospensione di imposta. ";
+constexpr const char* kBLSenzaAliquote =
+    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non sono state inserite le aliquote iva per "
+    "i beni e per i servizi";
+constexpr const char* kBLSenzaBeni =
+    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
+    "beni";
+constexpr const char* kBLSenzaServizi =
+    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
+    "servizi";
+
+// A supplier's documents sent by e-mail; without e-mail sending only CRM.
+const std::vector<const char*> kSendingFlagsMail = {"InvioOrdFor",    "InvioDDTRic",      "InvioFattRic",
+                                                    "InvioNotaAdd",   "InvioDDTEmeFor",   "InvioRichOffForn",
+                                                    "InvioCRM",       "InvioOrdLav"};
+const std::vector<const char*> kSendingFlagsCrm = {"InvioCRM"};
+
+bool WarehouseExists(const Variant& code) {
+  corvina20::QueryBuilder q(App().GetConnection());
+  q.AddFields("CodDeposito");
+  q.SetTable("MagDepositi");
+  q.AddCondition("CodDeposito", corvina20::kCompareEqual, code);
+  return !q.Open()->IsEOF();
+}
+
+}  // namespace
+
+void AnagraficaFornitori::OnActionBefore(int operation, bool& cancel) {
+  bool ok = RunHandler(kActionBefore, [&] {
+    switch (operation) {
+      case corvina20::kOpNew: CheckNewRecord(cancel); break;
+      case corvina20::kOpEdit:
+        if (historyEnabled_) remembered_ = RememberSnapshotFields(*this, SupplierSnapshotFields());
+        break;
+      case corvina20::kOpDelete: CheckDelete(cancel); break;
+      case corvina20::kOpSave: CheckSave(cancel); break;
+      default: break;
+    }
+  });
+  if (!ok) cancel = true;
+}
+
+void AnagraficaFornitori::CheckNewRecord(bool& cancel) {
+  takenOver_ = false;
+  remembered_.clear();
+  if (bdyStoricizzazione.RowCount() == 0) return;
+  std::string warnings;
+  AddCardMessage(1468, warnings);
+  if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {
+    cancel = true;
+    return;
+  }
+  bdyStoricizzazione.Clear();
+}
+
+void AnagraficaFornitori::CheckDelete(bool& cancel) {
+  const std::int32_t id = CurrentId();
+  const std::string usage = PartyUsage(id, kRoleFornitore);
+  if (!usage.empty()) {
+    ShowMessage(147, corvina20::kStyleInformation, {usage});
+    cancel = true;
+    return;
+  }
+  deleteAccount_ = false;
+  const Variant account = Ctl("cdoConto").Value();
+  if (!creaAutomPC_ || IsBlank(account) || AccountUsedByOtherCustomer(account, id) || !AccountUsage(account).empty())
+    return;
+  std::string warnings;
+  AddCardMessage(747, warnings);
+  if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {
+    cancel = true;
+    return;
+  }
+  deleteAccount_ = true;
+}
+
+void AnagraficaFornitori::CheckSave(bool& cancel) {
+  if (manualId_ && !CheckManualKey(crdAnagraficaFornitori, kActionBefore)) {
+    cancel = true;
+    return;
+  }
+  crdAnagraficaFornitori.CommitFields();
+  std::string errors, warnings;
+  openAccount_ = false;
+  CheckAccount(errors, cancel);                   // 1-2
+  if (cancel) return;
+  CheckAddressTypes(bdyIndirizzi, errors);        // 3
+  bool stop = false;
+  CheckIdentity(errors, warnings, stop);          // 4-8
+  if (stop) {
+    openAccount_ = false;
+    cancel = true;
+    return;
+  }
+  if (Blank("cdoDivisa")) AddCardMessage(745, warnings);  // 9
+  CheckRows(errors, warnings);                    // 10-14
+  if (!warnings.empty() && AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {  // 15
+    openAccount_ = false;
+    cancel = true;
+    return;
+  }
+  if (!errors.empty()) {  // 17: only the reference errors can be here
+    ReportErrorList(kActionBeforeClienti, errors);
+    openAccount_ = false;
+    cancel = true;
+    return;
+  }
+  if (historyEnabled_ && crdAnagraficaFornitori.Mode() == corvina20::kModeEdit &&
+      SnapshotFieldsChanged(*this, SupplierSnapshotFields(), remembered_)) {  // 16
+    std::string snapshotErrors;
+    if (!AskHistorySnapshot(snapshotErrors)) {
+      if (!snapshotErrors.empty()) ReportErrorList(kActionBefore, snapshotErrors);
+      cancel = true;
+    }
+  }
+}
+
+void AnagraficaFornitori::CheckAccount(std::string& errors, bool& cancel) {
+  const Variant account = Ctl("cdoConto").Value();
+  if (!IsBlank(account) && !IsUsableAccount(account, kSideSuppliers, App().WorkingDate())) {
+    AddCardMessage(158, errors);
+    Ctl("cdoConto").SetFocus();
+  }
+  if (Ticked("ckbTerzista")) CheckSubcontractor(errors);
+  if (IsBlank(account) && creaAutomPC_ && !codContoFornitori_.empty() && !maskConto_.empty()) {
+    const int answer = ShowMessage(150, corvina20::kStyleYesNo + corvina20::kStyleQuestion,
+                                   {Text("txtRagioneSociale1")});
+    if (answer == 0) {
+      cancel = true;  // the question could not be shown
+      return;
+    }
+    openAccount_ = answer == corvina20::kAnswerYes;
+  }
+  if (IsBlank(account) && !openAccount_) AddCardMessage(149, errors);
+}
+
+void AnagraficaFornitori::CheckSubcontractor(std::string& errors) {
+  for (const char* name : {"cdoCodDepTerzista", "cdoCodDepAzienda"}) {
+    const Variant code = Ctl(name).Value();
+    if (!IsBlank(code) && !WarehouseExists(code)) AddCardMessage(kMsgDepositoMancante, errors, {TextOf(code)});
+  }
+  const Variant own = Ctl("cdoCodDepTerzista").Value();
+  if (IsBlank(own)) return;
+  corvina20::QueryBuilder q(App().GetConnection());
+  q.AddFields("IdAnagrafica");
+  q.SetTable("STDAnagraficaFornitori");
+  q.AddCondition("CodDepTerzista", corvina20::kCompareEqual, own);
+  q.AddCondition("IdAnagrafica", corvina20::kCompareDifferent, Variant(CurrentId()));
+  RecordsetPtr rs = q.Open();
+  if (!rs->IsEOF())
+    AddCardMessage(kMsgDepositoTerzistaUsato, errors, {TextOf(own), TextOf(rs->Fields("IdAnagrafica").Value())});
+}
+
+void AnagraficaFornitori::CheckIdentity(std::string& errors, std::string& warnings, bool& stop) {
+  corvina20::FiscalChecks checks;
+  const std::string code = Text("cdoCodiceFiscale");
+  const std::string vat = Text("txtPartitaIva");
+  const std::int32_t id = CurrentId();
+  if (!code.empty() && !checks.IsValidCodiceFiscale(code)) {  // 4
+    AddCardMessage(402, App().Parameters().ReadFlagParameter("ControlloCFBloccante") ? errors : warnings);
+    Ctl("cdoCodiceFiscale").SetFocus();
+  }
+  if (!errors.empty()) {  // 5
+    ReportErrorList(kActionBefore, errors);
+    stop = true;
+    return;
+  }
+  if (!ControllaPartitaIva_Pub()) {  // 6
+    AddCardMessage(403, warnings);
+    Ctl("txtPartitaIva").SetFocus();
+  }
+  if (vat.empty() && code.empty()) AddCardMessage(404, warnings);  // 7
+  if (!code.empty() && CheckDuplicateField(kRoleFornitore, "CodiceFiscale", Variant(code), id, true))  // 8
+    AddCardMessage(133, warnings);
+  if (!vat.empty() && CheckDuplicateField(kRoleFornitore, "PartitaIva", Variant(vat), id, true))
+    AddCardMessage(140, warnings);
+}
+
+void AnagraficaFornitori::CheckRows(std::string& errors, std::string& warnings) {
+  if (App().Parameters().ReadFlagParameter("IvaCassa") && !Ticked("ckbInSospensione"))  // 10
+    AddCardMessage(1476, warnings);
+  if (Ticked("ckbEntePubblico") && Ticked("ckbInSospensione")) {
+    if (!warnings.empty()) warnings += "\r\n";
+    warnings += kEnteSospensione;
+  }
+  CheckBankRows(BdyBancheFornitore, warnings);  // 11
+  CheckAddressRows(bdyIndirizzi, warnings);     // 12
+  CheckEmptyReferenceRows(bdyRiferimenti, warnings);  // 13
+  CheckReferenceSending(bdyRiferimenti, Ticked("ckbInvioMail") ? kSendingFlagsMail : kSendingFlagsCrm, errors);
+  if (Ticked("ckbSoggettoBL")) {  // 14: appended with no line break
+    const bool beni = !Blank("cdoAliquotaBLBeni");
+    const bool servizi = !Blank("cdoAliquotaBLServizi");
+    if (!beni && !servizi) warnings += kBLSenzaAliquote;
+    else if (!beni) warnings += kBLSenzaBeni;
+    else if (!servizi) warnings += kBLSenzaServizi;
+  }
+}
+
+bool AnagraficaFornitori::AskHistorySnapshot(std::string& errors) {
+  snapshot_ = AskSnapshotDate(CurrentId());
+  if (!snapshot_.message.empty()) {
+    errors += snapshot_.message + "\r\n";
+    return false;
+  }
+  if (!snapshot_.confirmed) return true;  // cancelled: no snapshot, the save goes on
+  AddSnapshotRow(bdyStoricizzazione, CurrentId(), snapshot_, SupplierSnapshotFields(), remembered_, 2);
+  return true;
+}
+
+}  // namespace vantor20
