@@ -312,6 +312,7 @@ void Workspace::OpenRequested(std::string_view name, const std::vector<Variant>&
   if (opened->card && !args.empty()) opened->card->Load(args.front());
   const int id = nextId_++;
   json line = {{"opened", opened->name}, {"form", opened->GetForm()->Name()}, {"formId", id}};
+  if (opened->card) line["key"] = ToJson(opened->card->KeyValue());
   forms_[id] = std::move(opened);
   lastId_ = id;  // as after an "open": the next actions without formId go to it
   if (emit_) emit_(line);

@@ -103,7 +103,7 @@ class Workspace {
   // Session::OpenItem as the workspace serves it: an item of the module
   // opens as a new form of the workspace (a card loaded on the first
   // argument, when given), reported by the line {"opened":…,"form":…,
-  // "formId":N} like an "open"; a host item, or one nobody serves, is told
+  // "formId":N,"key":…} like an "open" (key only for a card); a host item, or one nobody serves, is told
   // to the user as a host message "«caption» non è installato in questo host.".
   void OpenRequested(std::string_view name, const std::vector<Variant>& args);
   // Session::Notify as the workspace serves it: "Refresh" with an item name
