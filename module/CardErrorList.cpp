@@ -7,11 +7,12 @@
 
 namespace vantor20 {
 
-void ReportErrorList(std::string_view location, const std::string& errors) {
+void ReportErrorList(std::string_view location, const std::string& errors,
+                     std::string_view source) {
   try {
-    // A fresh error of the module: the trace's head names the application,
-    // the next line the handler.
-    throw corvina20::Error(kErrCheckList, std::string(kAppName), errors);
+    // A fresh error: the trace's head names the application (or the
+    // checks' own procedure), the next line the handler.
+    throw corvina20::Error(kErrCheckList, std::string(source.empty() ? kAppName : source), errors);
   } catch (...) {
     CaptureCardError(location);
     ShowCardError();
@@ -19,13 +20,13 @@ void ReportErrorList(std::string_view location, const std::string& errors) {
 }
 
 bool ConfirmCheckLists(std::string_view location, const std::string& errors,
-                       const std::string& warnings) {
+                       const std::string& warnings, int question, std::string_view source) {
   if (!errors.empty()) {
-    ReportErrorList(location, errors);
+    ReportErrorList(location, errors, source);
     return false;
   }
   if (warnings.empty()) return true;
-  return AskMessage(kQuestionWarnings, warnings) == corvina20::kAnswerYes;
+  return AskMessage(question, warnings) == corvina20::kAnswerYes;
 }
 
 }  // namespace vantor20

@@ -16,13 +16,18 @@ inline constexpr int kQuestionWarnings = 386;
 
 // Shows error 235 with `errors` as its description and a trace whose first
 // procedure line is `location` ("AnagraficaClienti.crdAnagraficaClienti_
-// ActionBefore"). Never raises.
-void ReportErrorList(std::string_view location, const std::string& errors);
+// ActionBefore"). The error is raised with `source` (the application name
+// unless a card's checks name their own procedure, as the agent card's
+// "ControlliOK" does), so the trace's head names it. Never raises.
+void ReportErrorList(std::string_view location, const std::string& errors,
+                     std::string_view source = {});
 
-// Errors first: a non-empty `errors` is reported and the answer is false.
-// Then a non-empty `warnings` is asked with question 386: true only on Yes.
-// Both empty: true.
+// Errors first: a non-empty `errors` is reported (with `source`, as above)
+// and the answer is false. Then a non-empty `warnings` is asked with
+// `question` (386 unless a card asks its own): true only on Yes. Both
+// empty: true.
 bool ConfirmCheckLists(std::string_view location, const std::string& errors,
-                       const std::string& warnings);
+                       const std::string& warnings, int question = kQuestionWarnings,
+                       std::string_view source = {});
 
 }  // namespace vantor20

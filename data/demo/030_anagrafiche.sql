@@ -36,6 +36,7 @@ INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, RagioneSociale2, Codic
 INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, CodiceFiscale, PartitaIva, Indirizzo, Cap, Citta, Provincia, CodNazione, CodDivisa, CodLingua, Telefono, Cliente, Fornitore, Contatto, Agente, Vettore, CassaCorrispettivi, DataInserimento) VALUES (32, 'Officina Moretti', NULL, NULL, 'Via Sestriere 22', '10121', 'Torino', 'TO', 'IT', 'EUR', 'ITA', '011 3190255', 0, 0, 1, 0, 0, 0, '2024-01-15');
 INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, RagioneSociale2, CodiceFiscale, PartitaIva, Indirizzo, Cap, Citta, Provincia, CodNazione, CodDivisa, CodLingua, E_mail, Cliente, Fornitore, Contatto, Agente, Vettore, CassaCorrispettivi, DataInserimento) VALUES (33, 'Serra Design S.r.l.', 'Arredo bagno', '02777310927', '02777310927', 'Viale Trieste 133', '09124', 'Cagliari', 'CA', 'IT', 'EUR', 'ITA', 'progetti@serradesign.it', 0, 0, 1, 0, 0, 0, '2024-01-15');
 INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, CodiceFiscale, PartitaIva, Indirizzo, Cap, Citta, Provincia, CodNazione, CodDivisa, CodLingua, Telefono, E_mail, Cliente, Fornitore, Contatto, Agente, Vettore, CassaCorrispettivi, DataInserimento) VALUES (34, 'Lombardi Serramenti S.r.l.', '05209140176', '05209140176', 'Via Triumplina 190', '25121', 'Brescia', 'BS', 'IT', 'EUR', 'ITA', '030 2003915', 'lombardiserramenti@gmail.com', 1, 0, 1, 0, 0, 0, '2024-01-15');
+INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, RagioneSociale2, CodiceFiscale, PartitaIva, Indirizzo, Cap, Citta, Provincia, CodNazione, CodDivisa, CodLingua, Portatile, E_mail, Sesso, Cliente, Fornitore, Contatto, Agente, Vettore, CassaCorrispettivi, DataInserimento) VALUES (36, 'Fabbri Roberto', 'Agente di commercio', NULL, '03587120167', 'Via Broseta 31', '24128', 'Bergamo', 'BG', 'IT', 'EUR', 'ITA', '338 4410972', 'r.fabbri@fabbriagenzia.it', 'M', 0, 0, 0, 1, 0, 0, '2024-01-15');
 
 -- Customers.
 INSERT INTO STDAnagraficaClienti (IdAnagrafica, CodConto, SezionaleIva, InvioMail, PosizioneNote, TipoDocumentoDaGenerare, CodCatCliente, CodArea, CodPagamento, IdAgente1, IdVettore1, SoggettoB2B, CodiceDestinatario, IdBancaDefault, IdIndSpedMerceDefault, IdIndSpedFatturaDefault, PercSconto1, CodListino, CodCatListino) VALUES (1, '14.01.00001', 'A', 1, 0, 2, 'IMP', 'NO', 'RB30', 24, 12, 1, 'T04ZHR3', 3, 1, 2, 10, 'VEN', 'B');
@@ -74,10 +75,11 @@ INSERT INTO STDAnagraficaContatti (IdAnagrafica, InvioMail, CodCatContatto, CodA
 INSERT INTO STDAnagraficaContatti (IdAnagrafica, InvioMail, CodCatContatto, CodArea, DataContatto, IdAgente1) VALUES (33, 1, 'FIE', 'SU', '2025-01-28', 25);
 INSERT INTO STDAnagraficaContatti (IdAnagrafica, InvioMail, CodCatContatto, CodArea, DataContatto, ConvertitoInCliente, DataConversione) VALUES (34, 1, 'WEB', 'NO', '2024-09-10', 1, '2024-10-02');
 
--- Agents: 23 is the area manager of 24; both are paid through their supplier record.
+-- Agents: 23 is the area manager of 24 and 36; 23 and 24 are paid through their supplier record.
 INSERT INTO STDAnagraficaAgenti (IdAnagrafica, Matricola, CodCatAgente, CodArea, IdFornitore, ProvvStd, PercProvvCapoArea, ProvvSuFatturato, TipoLiquidazioneProvvigione) VALUES (23, 'AG001', 'CA', 'NO', 23, 5, 1.5, 1, 1);
 INSERT INTO STDAnagraficaAgenti (IdAnagrafica, Matricola, CodCatAgente, CodArea, IdCapoArea, IdFornitore, ProvvStd, ProvvAlNettoCapoArea, TipoLiquidazioneProvvigione) VALUES (24, 'AG002', 'MON', 'NE', 23, 24, 6, 1, 0);
 INSERT INTO STDAnagraficaAgenti (IdAnagrafica, Matricola, CodCatAgente, CodArea, ProvvStd, ProvvSmistamento, TipoLiquidazioneProvvigione) VALUES (25, 'AG003', 'PLU', 'SU', 4, 1, 2);
+INSERT INTO STDAnagraficaAgenti (IdAnagrafica, Matricola, CodCatAgente, CodArea, IdCapoArea, ProvvStd, PercProvvCapoArea, ProvvAlNettoCapoArea, TipoLiquidazioneProvvigione) VALUES (36, 'AG004', 'MON', 'NO', 23, 5.5, 1, 1, 0);
 
 -- The parties' own ledger accounts.
 INSERT INTO STDPianoDeiConti (CodConto, Descrizione, TipoConto, TipoCliFor, MovCont, SezioneBilancio, CodContoPadre) VALUES ('14.01.00001', 'Rossi Impianti S.r.l.', 3, 1, 1, 1, '14.01');

@@ -58,3 +58,13 @@ INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, I
 INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (3, 23, 2, 24, 30.0);
 INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (4, 24, 3, 24, 100.0);
 INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (5, 25, 4, 25, 100.0);
+-- Agent 36: three consecutive mandates, the shares of each split with the area manager.
+INSERT INTO STDAnagraficaAgentiMandati (IdValidita, IdAnagrafica, Dal, Al, TipoMandato, TipoAgente) VALUES (5, 36, '2023-01-01', '2023-12-31', 0, 0);
+INSERT INTO STDAnagraficaAgentiMandati (IdValidita, IdAnagrafica, Dal, Al, TipoMandato, TipoAgente) VALUES (6, 36, '2024-01-01', '2024-06-30', 0, 0);
+INSERT INTO STDAnagraficaAgentiMandati (IdValidita, IdAnagrafica, Dal, Al, TipoMandato, TipoAgente) VALUES (7, 36, '2024-07-01', NULL, 1, 0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (6, 36, 5, 36, 100.0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (7, 36, 6, 36, 60.0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (8, 36, 6, 23, 40.0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (9, 36, 7, 36, 50.0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (10, 36, 7, 23, 30.0);
+INSERT INTO STDAnagraficaAgentiMandatiQuote (IdRiga, IdAnagrafica, IdValidita, IdAgente, PercQuota) VALUES (11, 36, 7, 24, 20.0);

@@ -42,6 +42,15 @@ class VxBody : public Control {
   // When false, the user cannot add or delete rows.
   void SetAllowAddDelete(bool allow) { allowAddDelete_ = allow; }
   bool AllowAddDelete() const { return allowAddDelete_; }
+  // Declares that each row is a period from the date column `fromColumn` to
+  // the date column `toColumn` (an empty end means open-ended): a host may
+  // draw the rows as bars on a time line. "" and "" (the default) for none.
+  void SetDateRange(std::string fromColumn, std::string toColumn) {
+    rangeFrom_ = std::move(fromColumn);
+    rangeTo_ = std::move(toColumn);
+  }
+  const std::string& RangeFrom() const { return rangeFrom_; }
+  const std::string& RangeTo() const { return rangeTo_; }
 
   // ---- Data ----
   // Reads the rows linked to `linkValue` (none for Null) through `connection`.
@@ -83,6 +92,14 @@ class VxBody : public Control {
   Variant SelectedBookmark(std::size_t index) const;
   // Positions the recordset on `row`; raises kErrHost when out of range.
   void GoToRow(long row);
+  // The user's current row: the row the user moved to (SetCurrentRow), the
+  // row added last (AddRow), the first row after LoadFor; -1 when the grid
+  // has no rows. It is not the recordset's cursor, which handlers and
+  // readers move freely.
+  long CurrentRow() const { return current_; }
+  // The user moves to `row`: the cursor goes there and RowChanged is raised
+  // (also when `row` was already current). Raises kErrHost when out of range.
+  void SetCurrentRow(long row);
   // Raises PopupItemSelected for an enabled popup item; kErrHost otherwise.
   void SelectPopupItem(const std::string& key);
   PopupMenu& Popup() { return popup_; }
@@ -94,6 +111,9 @@ class VxBody : public Control {
   std::function<void(const std::string& column)> AfterColUpdate;
   std::function<void(long row, bool& cancel)> BeforeDeleteAt;
   std::function<void()> AfterDelete;
+  // The current row changed (LoadFor, SetCurrentRow, AddRow, DeleteRow):
+  // raised with the cursor on the new current row, or at EOF when the grid
+  // has no rows.
   std::function<void()> RowChanged;
   std::function<void(bool& cancel)> BeforeShowPopupMenu;
   std::function<void(const std::string& key)> PopupItemSelected;
@@ -111,6 +131,9 @@ class VxBody : public Control {
   PopupMenu popup_;
   bool allowAddDelete_ = true;
   bool saved_ = false;
+  long current_ = -1;
+  std::string rangeFrom_;
+  std::string rangeTo_;
 };
 
 }  // namespace corvina20

@@ -2,6 +2,8 @@
 // raising the grid's events; saved by the card inside its transaction.
 #include "corvina20/VxBody.h"
 
+#include <algorithm>
+
 #include "core/Text.h"
 #include "corvina20/Error.h"
 
@@ -41,12 +43,15 @@ void VxBody::LoadFor(const ConnectionPtr& connection, const Variant& linkValue) 
   else
     data_ = connection->OpenRecordset(sql, {linkValue}, LockType::Batch);
   selection_.clear();
+  current_ = data_->RecordCount() > 0 ? 0 : -1;
+  if (current_ == 0) data_->MoveFirst();
   if (RowChanged) RowChanged();
 }
 
 void VxBody::SetData(RecordsetPtr data) {
   data_ = std::move(data);
   selection_.clear();
+  current_ = data_ && data_->IsOpen() && data_->RecordCount() > 0 ? 0 : -1;
 }
 
 void VxBody::Clear() {
@@ -56,6 +61,7 @@ void VxBody::Clear() {
     data_ = Recordset::CreateInMemory(std::move(fields));
   }
   selection_.clear();
+  current_ = -1;
 }
 
 long VxBody::RowCount() const { return data_ && data_->IsOpen() ? data_->RecordCount() : 0; }
@@ -91,6 +97,12 @@ void VxBody::GoToRow(long row) {
   for (long i = 0; i < row; ++i) data_->MoveNext();
 }
 
+void VxBody::SetCurrentRow(long row) {
+  GoToRow(row);
+  current_ = row;
+  if (RowChanged) RowChanged();
+}
+
 void VxBody::SetCells(long row, const std::vector<std::pair<std::string, Variant>>& values) {
   if (!Enabled() || Locked()) Refused("La griglia " + Name() + " non è modificabile");
   GoToRow(row);
@@ -114,6 +126,10 @@ long VxBody::AddRow(const std::vector<std::pair<std::string, Variant>>& values) 
   data_->AddNew();
   if (OnAddNew) OnAddNew();
   long row = data_->RecordCount() - 1;
+  // The new row is the current one before its values are typed, as a
+  // person's new row is: handlers of the typed values read it as current.
+  current_ = row;
+  if (RowChanged) RowChanged();
   SetCells(row, values);
   GoToRow(row);
   return row;
@@ -130,6 +146,11 @@ bool VxBody::DeleteRow(long row) {
   data_->Delete();
   selection_.clear();
   if (AfterDelete) AfterDelete();
+  // The row after the deleted one becomes current (the last when it was the last).
+  const long count = data_->RecordCount();
+  current_ = count == 0 ? -1 : std::min(row, count - 1);
+  if (current_ >= 0) GoToRow(current_);
+  if (RowChanged) RowChanged();
   return true;
 }
 

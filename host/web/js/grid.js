@@ -5,10 +5,15 @@
 // key or the "Azioni" button). Each edit is sent as the grid action of the
 // automation: {"grid":name,"row":r,"set":{column:value}}, "add", "delete",
 // "select", "popup". Values are converted by the column's kind before they go.
+// A grid that follows its current row (state "followsCurrent": the form
+// shows other rows beside it for that row) is told the row the user moves
+// to with {"grid":name,"current":r}. A grid declaring date-range columns
+// ("dateRange") shows its rows as a time line under the table (timeline.js).
 
 import { h, icon } from './dom.js';
 import { formatValue, editableNumber, formatDate, parseDate } from './format.js';
 import { showPopup, visibleItems } from './popup.js';
+import { createTimeline } from './timeline.js';
 
 // Text typed in a cell → the JSON value for its column; {error} when it is not one.
 // A column with fixed choices shows their captions and takes a caption or a
@@ -79,9 +84,11 @@ export function createGrid(c, ctx) {
   const body = h('tbody');
   const table = h('table', { class: 'data-table grid', role: 'grid', tabindex: 0, id: ctx.id(c.name) }, h('thead', null, headRow), body);
   const empty = h('p', { class: 'grid-empty' }, 'Nessuna riga');
+  const timeline = c.dateRange ? createTimeline(c.dateRange) : null;
   const el = h('section', { class: 'grid-box', dataset: { control: c.name, kind: 'grid' } },
     h('header', { class: 'grid-head' }, title, count, h('div', { class: 'grid-tools' }, addButton, deleteButton, menuButton)),
-    h('div', { class: 'grid-scroll' }, table, empty));
+    h('div', { class: 'grid-scroll' }, table, empty),
+    timeline ? timeline.el : null);
 
   const editable = () => ctx.canEditGrid(state);
   const visibleColumns = () => (state.columns || []).filter((col) => col.visible !== false);
@@ -105,7 +112,16 @@ export function createGrid(c, ctx) {
       const on = selection.includes(i);
       tr.classList.toggle('selected', on);
       tr.setAttribute('aria-selected', String(on));
+      tr.classList.toggle('current', !!state.followsCurrent && state.current === i);
     });
+  }
+
+  // The form shows rows of another grid for this one's current row: tell it.
+  function followRow(row) {
+    if (!state.followsCurrent || row === state.current || row < 0 || row >= rows.length) return;
+    state = { ...state, current: row };
+    paintSelection();
+    ctx.perform({ grid: state.name, current: row });
   }
 
   function drawHead() {
@@ -180,6 +196,7 @@ export function createGrid(c, ctx) {
     active = { row: r, col: ci };
     paintActive();
     if (rowChanged || (e && e.shiftKey)) select(r, e && e.shiftKey ? e : null);
+    followRow(r);
   }
 
   function startEdit(initialText = null) {
@@ -279,6 +296,7 @@ export function createGrid(c, ctx) {
     paintActive();
     if (e.button === 2 && selection.includes(r)) return; // right click keeps a multiple selection
     select(r, e);
+    followRow(r);
   });
   body.addEventListener('dblclick', (e) => {
     if (e.target.closest('td') && !editor) startEdit();
@@ -334,6 +352,7 @@ export function createGrid(c, ctx) {
       el.classList.toggle('is-readonly', !canEdit);
       el.classList.toggle('is-disabled', !state.enabled);
       render();
+      if (timeline) timeline.update(rows, state.current);
       const n = rows.length;
       count.textContent = `${n} ${n === 1 ? 'riga' : 'righe'}${selection.length ? `, ${selection.length} selezionat${selection.length === 1 ? 'a' : 'e'}` : ''}`;
     },
