@@ -98,14 +98,7 @@ void AnagraficaClienti::CheckNewRecord(bool& cancel) {
   // With linking on, a new customer may replace the party on screen.
   if (crdAnagraficaClienti.HasRecord() && App().Parameters().ReadFlagParameter("IdAnagraficaCollegata"))
     replacedId_ = FieldValue(crdAnagraficaClienti.GetRecordset(), Variant("IdAnagrafica")).ToLong();
-  if (bdyStoricizzazione.RowCount() == 0) return;
-  std::string warnings;
-  AddCardMessage(1468, warnings);
-  if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {
-    cancel = true;
-    return;
-  }
-  bdyStoricizzazione.Clear();
+  if (!ConfirmNewOverHistory(bdyStoricizzazione)) cancel = true;
 }
 
 void AnagraficaClienti::CheckDelete(bool& cancel) {

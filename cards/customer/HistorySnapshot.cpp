@@ -2,7 +2,9 @@
 #include "cards/customer/HistorySnapshot.h"
 
 #include "cards/customer/SalvaStoricoAnagrafiche.h"
+#include "module/CardErrorList.h"
 #include "module/CardValues.h"
+#include "module/modCardError.h"
 #include "module/modMainModule.h"
 
 namespace vantor20 {
@@ -93,6 +95,15 @@ SnapshotChoice AskSnapshotDate(std::int32_t idAnagrafica) {
   App().ShowModalForm(dialog);
   dialog->ChiusuraModale = nullptr;
   return choice;
+}
+
+bool ConfirmNewOverHistory(corvina20::VxBody& history) {
+  if (history.RowCount() == 0) return true;
+  std::string warnings;
+  AddCardMessage(1468, warnings);
+  if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) return false;
+  history.Clear();
+  return true;
 }
 
 void AddSnapshotRow(corvina20::VxBody& grid, std::int32_t idAnagrafica, const SnapshotChoice& choice,

@@ -55,6 +55,12 @@ bool SnapshotFieldsChanged(const corvina20::Form& form, const std::vector<Snapsh
 // it answered; closed without an answer, it counts as cancelled.
 SnapshotChoice AskSnapshotDate(std::int32_t idAnagrafica);
 
+// A new record started while `history` (the card's history grid) still
+// shows the previous party's rows: warning 1468 is put with question 386;
+// Yes empties the grid and answers true, any other answer false (the card
+// cancels "new"). An empty grid answers true without a question.
+bool ConfirmNewOverHistory(corvina20::VxBody& history);
+
 // Adds the snapshot row to `grid` (bound to STDAnagraficheStorico): the
 // party, the chosen IdRiga and date, the remembered values and `tipoCliFor`
 // (1 customer side, 2 supplier side).

@@ -86,14 +86,7 @@ void AnagraficaFornitori::OnActionBefore(int operation, bool& cancel) {
 void AnagraficaFornitori::CheckNewRecord(bool& cancel) {
   takenOver_ = false;
   remembered_.clear();
-  if (bdyStoricizzazione.RowCount() == 0) return;
-  std::string warnings;
-  AddCardMessage(1468, warnings);
-  if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {
-    cancel = true;
-    return;
-  }
-  bdyStoricizzazione.Clear();
+  if (!ConfirmNewOverHistory(bdyStoricizzazione)) cancel = true;
 }
 
 void AnagraficaFornitori::CheckDelete(bool& cancel) {
