@@ -3,7 +3,13 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "data/Database.h"
 
@@ -68,6 +74,30 @@ int RunCommand(const std::string& command, std::string& output) {
   while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, n);
   int status = pclose(pipe);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+namespace {
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+int RunRecordedScenario(const std::string& db, const std::string& scenario) {
+  std::string out;
+  int status = RunCommand(std::string(CORVINA_TEST_PROGRAM) + " script --db " + db + " " + scenario + ".jsonl", out);
+  std::ifstream expectedFile(scenario + ".expected");
+  std::stringstream expected;
+  expected << expectedFile.rdbuf();
+  std::vector<std::string> want = Lines(expected.str()), got = Lines(out);
+  for (std::size_t i = 0; i < std::max(want.size(), got.size()); ++i)
+    EXPECT_EQ(i < got.size() ? got[i] : "<nothing>", i < want.size() ? want[i] : "<nothing>")
+        << "output line " << i + 1;
+  return status;
 }
 
 }  // namespace corvina20::test

@@ -68,4 +68,9 @@ long QueryLong(const ConnectionPtr& connection, const std::string& sql);
 // Runs a shell command, returning its exit status and its standard output.
 int RunCommand(const std::string& command, std::string& output);
 
+// Runs `corvina script --db <db> <scenario>.jsonl` and checks its output line
+// by line against <scenario>.expected (each differing line is a failure
+// naming its number). Returns the program's exit status.
+int RunRecordedScenario(const std::string& db, const std::string& scenario);
+
 }  // namespace corvina20::test
