@@ -18,6 +18,12 @@ import { showModalForm } from './modalform.js';
 let applyState = () => {};
 export function onState(handler) { applyState = handler; }
 
+// A form the module opened during an action ({"opened":…,"formId":N}, not
+// modal: "Apri Anagrafica", a card opened from another): shown once the
+// action is over.
+let showOpened = async () => {};
+export function onOpened(handler) { showOpened = handler; }
+
 const BUSY_KEY = 'corvina.dialogForm';
 
 async function showEvents(events) {
@@ -49,7 +55,11 @@ function openModal(modal) {
 // Follows an outcome to its end; returns the last outcome.
 export async function settle(outcome, formId) {
   let out = outcome;
+  const opened = [];
   for (;;) {
+    for (const e of out.events || []) {
+      if (e && e.opened != null && e.formId != null && !e.modal) opened.push(e.formId);
+    }
     const closed = (out.events || []).find((e) => e && e.modal === true && e.closed != null && modals.has(e.closed));
     if (closed) {
       // The rest belongs to the action that showed the form.
@@ -80,6 +90,7 @@ export async function settle(outcome, formId) {
     sessionStorage.removeItem(BUSY_KEY);
     if (out.state) applyState(out.state);
     if (out.error) await errorBox(out.error);
+    for (const id of opened) await showOpened(id);
     return out;
   }
 }

@@ -8,7 +8,7 @@
 import * as api from './api.js';
 import { h, icon, clear } from './dom.js';
 import { FormView } from './form.js';
-import { openItem, closeForm, onState, resumeDialog, resumeModal, dialogFormAfterReload } from './actions.js';
+import { openItem, closeForm, onState, onOpened, resumeDialog, resumeModal, dialogFormAfterReload } from './actions.js';
 import { confirmBox, messageBox } from './dialogs.js';
 import { MODE_CAPTIONS } from './format.js';
 
@@ -300,6 +300,18 @@ async function doLogout() {
 onState((state) => {
   const entry = app.views.get(state.formId);
   if (entry) entry.view.update(state);
+});
+
+// A form the module opened from another (a party opened from its duplicates)
+// becomes a tab of its own, shown at once.
+onOpened(async (formId) => {
+  if (!app.views.has(formId)) {
+    const read = await api.get(`/api/forms/${formId}`);
+    if (!read.state) return;
+    addView(read.state);
+  }
+  activate(formId);
+  app.views.get(formId)?.view.focusFirst();
 });
 
 api.onSessionLost(() => {
