@@ -133,6 +133,16 @@ void AnagraficaClienti::WireEvents() {
       query.AddFilter("TipoCliFor", corvina20::kCompareLessOrEqual, "1", 0);
     };
 
+  // Agents and carriers are parties: their lookups offer those of the role.
+  const std::pair<const char*, const char*> partyLookups[] = {
+      {"cdoIdAgente1", "Agente"}, {"cdoIdAgente2", "Agente"}, {"cdoIdVettore1", "Vettore"},
+      {"cdoIdVettore2", "Vettore"}, {"cdoIdVettore3", "Vettore"}};
+  for (const auto& [name, role] : partyLookups)
+    dynamic_cast<corvina20::VxCode&>(*FindControl(name)).BrowserSql = [role = role](corvina20::LookupQuery& query) {
+      query.ClearFilters();
+      query.AddFilter(role, corvina20::kCompareEqual, "1", 0);
+    };
+
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2})
     grid->PopupItemSelected = [this, grid](const std::string& key) { OnDuplicatesPopup(*grid, key); };
 }
