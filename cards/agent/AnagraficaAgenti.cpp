@@ -5,6 +5,8 @@
 
 #include <vector>
 
+#include "cards/party/PartyForm.h"
+
 namespace vantor20 {
 namespace {
 
@@ -15,21 +17,9 @@ constexpr const char* P = "STDAnagrafiche.";
 
 enum Page { kPageAnagrafica, kPageMandati };
 
-GridColumn Col(const char* field, const char* caption, ControlKind kind = ControlKind::Text,
-               bool visible = true) {
-  GridColumn c;
-  c.field = field;
-  c.caption = caption;
-  c.kind = kind;
-  c.visible = visible;
-  c.editable = visible;
-  return c;
-}
-
-GridColumn Hidden(const char* field) { return Col(field, field, ControlKind::Integer, false); }
-
+// A column of fixed choices, valued 0, 1, 2… in the order of `captions`.
 GridColumn Choice(const char* field, const char* caption, std::vector<const char*> captions) {
-  GridColumn c = Col(field, caption, ControlKind::Combo);
+  GridColumn c = GridCol(field, caption, ControlKind::Combo);
   std::int16_t value = 0;
   for (const char* text : captions) c.entries.emplace_back(text, Variant(value++));
   return c;
@@ -60,9 +50,9 @@ AnagraficaAgenti::AnagraficaAgenti()
       cdoCodiceFiscale(Add<corvina20::TextField>("cdoCodiceFiscale", "Codice Fiscale")),
       txtMatricola(Add<corvina20::TextField>("txtMatricola", "Matricola")),
       cdoCatAgente(Add<corvina20::VxCode>("cdoCatAgente", "Categoria", "CategorieAgenti")),
-      cdoCapoArea(Add<corvina20::VxCode>("cdoCapoArea", "Capo Area", "Anagrafiche")),
+      cdoCapoArea(Add<corvina20::VxCode>("cdoCapoArea", "Capo Area", "Agenti")),
       cdoIdFornitore(Add<corvina20::VxCode>("cdoIdFornitore", "Fornitore", "Anagrafiche")),
-      cdoIdAgenteConsolidamento(Add<corvina20::VxCode>("cdoIdAgenteConsolidamento", "Agente di Consolidamento", "Anagrafiche")),
+      cdoIdAgenteConsolidamento(Add<corvina20::VxCode>("cdoIdAgenteConsolidamento", "Agente di Consolidamento", "Agenti")),
       percProvvStd(Add<corvina20::NumberField>("percProvvStd", ControlKind::Percent, "% Provvigione Standard")),
       percPercProvvCapoArea(Add<corvina20::NumberField>("percPercProvvCapoArea", ControlKind::Percent, "% Provvigione Capo Area")),
       percProvvSmistamento(Add<corvina20::NumberField>("percProvvSmistamento", ControlKind::Percent, "% Provvigione Smistamento")),
@@ -138,21 +128,19 @@ AnagraficaAgenti::AnagraficaAgenti()
 
   // ---- mandates and their shares, side by side with the running total ----
   bdyMandati.Place("frmMandati", kPageMandati);
-  for (GridColumn c : {Col("Dal", "Dal", ControlKind::Date), Col("Al", "Al", ControlKind::Date),
+  for (GridColumn c : {GridCol("Dal", "Dal", ControlKind::Date), GridCol("Al", "Al", ControlKind::Date),
                        Choice("TipoMandato", "Tipo Mandato", {"Mono Mandatario", "Pluri Mandatario"}),
                        Choice("TipoAgente", "Tipo Agente", {"Agente", "Società di Persone", "Società di Capitali"}),
-                       Hidden("IdValidita"), Hidden("IdAnagrafica")})
+                       GridHidden("IdValidita"), GridHidden("IdAnagrafica")})
     bdyMandati.AddColumn(c);
   // The periods are drawn as a time line where the host can.
   bdyMandati.SetDateRange("Dal", "Al");
 
   bdyMandatiQuote.Place("frmMandati", kPageMandati);
-  GridColumn agent = Col("IdAgente", "Agente", ControlKind::Integer);
-  agent.lookup = "Anagrafiche";
-  GridColumn name = Col("RagioneSociale", "Ragione Sociale");
-  name.editable = false;
-  GridColumn share = Col("PercQuota", "% Quota", ControlKind::Percent);
-  for (GridColumn c : {agent, name, share, Hidden("IdRiga"), Hidden("IdValidita"), Hidden("IdAnagrafica")})
+  GridColumn agent = GridCol("IdAgente", "Agente", ControlKind::Integer, true, "Agenti");
+  for (GridColumn c : {agent, GridReadOnly(GridCol("RagioneSociale", "Ragione Sociale")),
+                       GridCol("PercQuota", "% Quota", ControlKind::Percent), GridHidden("IdRiga"),
+                       GridHidden("IdValidita"), GridHidden("IdAnagrafica")})
     bdyMandatiQuote.AddColumn(c);
 
   percTotaleQuote.Place("frmMandati", kPageMandati);

@@ -1,6 +1,6 @@
 // The agent card driven as a user drives it, through `corvina script` on a
 // new demo database: the mandates and shares of a demo agent edited across
-// two mandates with the running total, a share total refused with 780, a gap
+// two mandates, a share total refused with 780, a gap
 // refused with 1449, a new agent with a mandate saved, a supplier taken over
 // and a delete refused for an agent named on sales documents. Every dialog,
 // result and row written must come out exactly as recorded in agent.expected
