@@ -3,6 +3,8 @@
 // end (AnagraficaContattiEventi.cpp).
 #include "cards/contact/AnagraficaContatti.h"
 
+#include "cards/contact/DuplicateGrids.h"
+
 namespace vantor20 {
 namespace {
 
@@ -12,29 +14,10 @@ using corvina20::GridColumn;
 // The pages of sstContatti, in order.
 enum Page { kPageAnagrafica, kPageCommerciale, kPageRiferimenti, kPageCrm, kPageDoppie };
 
-GridColumn Col(const char* field, const char* caption, ControlKind kind = ControlKind::Text,
-               bool visible = true, const char* lookup = "") {
-  GridColumn c;
-  c.field = field;
-  c.caption = caption;
-  c.kind = kind;
-  c.visible = visible;
-  c.editable = visible;
-  c.lookup = lookup;
-  return c;
-}
-
-GridColumn Hidden(const char* field) { return Col(field, field, ControlKind::Integer, false); }
-GridColumn Check(const char* field, const char* caption) { return Col(field, caption, ControlKind::Check); }
-GridColumn ReadOnly(GridColumn c) {
-  c.editable = false;
-  return c;
-}
-
 }  // namespace
 
 AnagraficaContatti::AnagraficaContatti()
-    : Form("AnagraficaContatti"),
+    : PartyForm("AnagraficaContatti"),
       crdAnagraficaContatti(Add<corvina20::Card>("crdAnagraficaContatti", *this)),
       sstContatti(Add<corvina20::Tabs>(
           "sstContatti", std::vector<std::string>{"Anagrafica", "Dati Commerciali", "Riferimenti", "CRM",
@@ -105,15 +88,7 @@ AnagraficaContatti::AnagraficaContatti()
   dteDataConversione.SetLocked(true);
 
   // ---- the other fields: made, bound and placed from one table ----
-  const struct {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    std::string binding;
-    const char* frame;
-    int length;
-    const char* lookup;
-  } others[] = {
+  const FieldDef others[] = {
       {"txtIndirizzo", ControlKind::Text, "Indirizzo", p + "Indirizzo", "frmAnagrafica", 80, ""},
       {"txtCap", ControlKind::Text, "C.A.P.", p + "Cap", "frmAnagrafica", 10, ""},
       {"txtCitta", ControlKind::Text, "Città", p + "Citta", "frmAnagrafica", 60, ""},
@@ -142,65 +117,46 @@ AnagraficaContatti::AnagraficaContatti()
       {"cdoAgente", ControlKind::Lookup, "Agente 1", "IdAgente1", "frmCommerciale", 0, "Agenti"},
       {"cdoAgente2", ControlKind::Lookup, "Agente 2", "IdAgente2", "frmCommerciale", 0, "Agenti"},
   };
-  for (const auto& o : others) {
-    corvina20::Control* c = nullptr;
-    switch (o.kind) {
-      case ControlKind::Lookup: c = &Add<corvina20::VxCode>(o.name, o.caption, o.lookup); break;
-      case ControlKind::Date: c = &Add<corvina20::DateField>(o.name, o.caption); break;
-      default: {
-        auto& t = Add<corvina20::TextField>(o.name, o.caption);
-        t.SetMaxLength(o.length);
-        t.SetMultiline(o.length == 0);
-        c = &t;
-        break;
-      }
-    }
-    c->Bind(o.binding).Place(o.frame);
-  }
+  for (const FieldDef& def : others) AddField(def);
   static_cast<corvina20::TextField*>(FindControl("txtProvincia"))->SetUpperCase(true);
 
   // ---- grids ----
   bdyRiferimenti.Place("", kPageRiferimenti);
-  GridColumn tipoInvio = Col("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);
+  GridColumn tipoInvio = GridCol("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);
   tipoInvio.entries = {{"Bcc..", Variant("Bcc..")}, {"Cc..", Variant("Cc..")}, {"To..", Variant("To..")}};
   for (GridColumn c :
-       {Col("TipoRiferimento", "Tipo", ControlKind::Lookup, true, "TipiRiferimenti"), Col("Cognome", "Cognome"),
-        Col("Nome", "Nome"), Col("Telefono1", "Telefono"), Col("Telefono2", "Altro Telefono"),
-        Col("Cellulare", "Cellulare"), Col("Mail", "E@mail"), Col("DataNascita", "Data Nascita", ControlKind::Date),
-        Check("InvioOfferte", "Offerte"), Check("InvioCRM", "CRM"), tipoInvio, Hidden("IdRiferimento"),
-        Hidden("IdAnagrafica"), Hidden("NrRiga")})
+       {GridCol("TipoRiferimento", "Tipo", ControlKind::Lookup, true, "TipiRiferimenti"), GridCol("Cognome", "Cognome"),
+        GridCol("Nome", "Nome"), GridCol("Telefono1", "Telefono"), GridCol("Telefono2", "Altro Telefono"),
+        GridCol("Cellulare", "Cellulare"), GridCol("Mail", "E@mail"), GridCol("DataNascita", "Data Nascita", ControlKind::Date),
+        GridCheck("InvioOfferte", "Offerte"), GridCheck("InvioCRM", "CRM"), tipoInvio, GridHidden("IdRiferimento"),
+        GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
     bdyRiferimenti.AddColumn(c);
 
   // The activities are read from the CRM's own tables; the calendar edits them.
   bdyAttivita.Place("", kPageCrm);
-  for (GridColumn c : {Col("StartDateTime", "Inizio", ControlKind::Date), Col("EndDateTime", "Fine", ControlKind::Date),
-                       Col("Subject", "Oggetto"), Col("Tipo", "Tipo Attività"), Col("codOperatore", "Operatore"),
-                       Check("AttivitaSvolta", "Svolta"), Check("Storico", "Storico"), Hidden("EventID"),
-                       Hidden("IdAnagrafica")})
-    bdyAttivita.AddColumn(ReadOnly(c));
+  for (GridColumn c : {GridCol("StartDateTime", "Inizio", ControlKind::Date), GridCol("EndDateTime", "Fine", ControlKind::Date),
+                       GridCol("Subject", "Oggetto"), GridCol("Tipo", "Tipo Attività"), GridCol("codOperatore", "Operatore"),
+                       GridCheck("AttivitaSvolta", "Svolta"), GridCheck("Storico", "Storico"), GridHidden("EventID"),
+                       GridHidden("IdAnagrafica")})
+    bdyAttivita.AddColumn(GridReadOnly(c));
   bdyAttivita.SetAllowAddDelete(false);
 
   bdyProfilazione.Place("", kPageCrm);
-  for (GridColumn c : {Col("codProfilazione", "Profilazione"), Col("codFamiglia", "Famiglia"),
-                       Col("codTipologia", "Tipologia"), Col("CodValProfilazione", "Valore"),
-                       Col("Valutazione", "Valutazione"), Hidden("IdRiga"), Hidden("idAnagrafica"), Hidden("Leads")})
+  for (GridColumn c : {GridCol("codProfilazione", "Profilazione"), GridCol("codFamiglia", "Famiglia"),
+                       GridCol("codTipologia", "Tipologia"), GridCol("CodValProfilazione", "Valore"),
+                       GridCol("Valutazione", "Valutazione"), GridHidden("IdRiga"), GridHidden("idAnagrafica"), GridHidden("Leads")})
     bdyProfilazione.AddColumn(c);
   bdyAllegati.Place("", kPageCrm);
-  for (GridColumn c : {Col("NomeFile", "File"), Col("Descrizione", "Descrizione"),
-                       Col("DataInserimento", "Data", ControlKind::Date), Hidden("IdAllegato"),
-                       Hidden("IdAnagrafica"), Hidden("NrRiga")})
+  for (GridColumn c : {GridCol("NomeFile", "File"), GridCol("Descrizione", "Descrizione"),
+                       GridCol("DataInserimento", "Data", ControlKind::Date), GridHidden("IdAllegato"),
+                       GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
     bdyAllegati.AddColumn(c);
 
   lblAnagraficheDoppie.Place("", kPageDoppie);
   lblAnagraficheDoppie.SetVisible(false);
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2}) {
     grid->Place("", kPageDoppie);
-    for (GridColumn c : {Col("Rank", "Rank", ControlKind::Integer), Col("IdAnagrafica", "Codice", ControlKind::Integer),
-                         Col("RagioneSociale", "Ragione Sociale"), Col("RagioneSociale2", "Ragione Sociale 2"),
-                         Col("Indirizzo", "Indirizzo"), Col("Citta", "Città"),
-                         Col("TipoAnag", "Tipo", ControlKind::Integer)})
-      grid->AddColumn(ReadOnly(c));
-    grid->SetAllowAddDelete(false);
+    AddDuplicateColumns(*grid);
   }
 
   WireEvents();

@@ -13,11 +13,12 @@
 #include <cstdint>
 #include <string>
 
+#include "cards/party/PartyForm.h"
 #include "module/Host.h"
 
 namespace vantor20 {
 
-class AnagraficaContatti final : public corvina20::Form {
+class AnagraficaContatti final : public PartyForm {
  public:
   AnagraficaContatti();
 

@@ -5,6 +5,7 @@
 #include "module/modMainModule.h"
 
 #include "cards/contact/CrmMerge.h"
+#include "cards/party/PartyForm.h"
 #include "cards/contact/DuplicateSearch.h"
 #include "module/modCardError.h"
 #include "module/modDatabaseUtility.h"
@@ -31,6 +32,16 @@ std::int16_t TipoAnagOf(const RecordsetPtr& rs) {
 }
 
 }  // namespace
+
+void AddDuplicateColumns(corvina20::VxBody& grid) {
+  using corvina20::ControlKind;
+  for (corvina20::GridColumn c :
+       {GridCol("Rank", "Rank", ControlKind::Integer), GridCol("IdAnagrafica", "Codice", ControlKind::Integer),
+        GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
+        GridCol("Indirizzo", "Indirizzo"), GridCol("Citta", "Città"), GridCol("TipoAnag", "Tipo", ControlKind::Integer)})
+    grid.AddColumn(GridReadOnly(c));
+  grid.SetAllowAddDelete(false);
+}
 
 void NotifyHostDuplicates(DuplicatesNotice notice) {
   App().Notify(notice == DuplicatesNotice::MergeBegins ? "BeginUpdate" : "EndUpdate", {});

@@ -17,6 +17,11 @@ namespace vantor20 {
 // The moments of a merge the host is told about.
 enum class DuplicatesNotice { MergeBegins, MergeEnds };
 
+// The read-only columns of a duplicates grid, as the searches return them:
+// Rank, IdAnagrafica ("Codice"), the names, address, town and TipoAnag
+// ("Tipo"); the user adds or deletes no row.
+void AddDuplicateColumns(corvina20::VxBody& grid);
+
 // Tells the host that a merge of duplicates begins or has ended, so that it
 // can hold back and then refresh what the merge changes (the open calendar,
 // the CRM lists): the session's Notify with "BeginUpdate" or "EndUpdate" and
