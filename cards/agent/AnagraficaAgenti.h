@@ -80,7 +80,8 @@ class AnagraficaAgenti final : public corvina20::Form {
   // Reads every share row of the agent shown, with the receiving agent's name.
   void LoadShares();
   // The IdValidita of the current mandate, 0 when there is none.
-  std::int32_t CurrentMandate() const;
+  // (The mandates' cursor is left on it.)
+  std::int32_t CurrentMandate();
   void ShowShareTotal();
   // Removes the shares of mandate `idValidita` from the share grid.
   void DropShares(std::int32_t idValidita);

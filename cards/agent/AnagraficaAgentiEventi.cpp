@@ -12,7 +12,6 @@
 //   by name, grouped by mandate.
 #include "cards/agent/AnagraficaAgenti.h"
 
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -99,10 +98,10 @@ void AnagraficaAgenti::WireEvents() {
   bdyMandati.RowChanged = [this] {
     RunHandler(Location("bdyMandati", "RowChanged"), [this] { OnMandateChanged(); });
   };
+  // The mandate's id is read before the row goes, its shares after.
   bdyMandati.BeforeDeleteAt = [this](long, bool&) {
-    droppedMandate_ = TextOf(bdyMandati.Data()->Fields("IdValidita").Value()).empty()
-                          ? 0
-                          : bdyMandati.Data()->Fields("IdValidita").Value().ToLong();
+    const Variant& id = bdyMandati.Data()->Fields("IdValidita").Value();
+    droppedMandate_ = IsBlank(id) ? 0 : id.ToLong();
   };
   bdyMandati.AfterDelete = [this] {
     RunHandler(Location("bdyMandati", "AfterDelete"), [this] {
@@ -176,11 +175,11 @@ std::int32_t AnagraficaAgenti::CurrentId() const {
   return IsBlank(v) ? 0 : v.ToLong();
 }
 
-std::int32_t AnagraficaAgenti::CurrentMandate() const {
+std::int32_t AnagraficaAgenti::CurrentMandate() {
   RecordsetPtr rs = bdyMandati.Data();
   const long row = bdyMandati.CurrentRow();
   if (!rs || !rs->IsOpen() || row < 0 || row >= rs->RecordCount()) return 0;
-  const_cast<corvina20::VxBody&>(bdyMandati).GoToRow(row);
+  bdyMandati.GoToRow(row);
   const Variant& id = rs->Fields("IdValidita").Value();
   return IsBlank(id) ? 0 : id.ToLong();
 }
@@ -316,9 +315,20 @@ void AnagraficaAgenti::SaveMandatesAndShares(const Variant& key) {
     fresh.emplace_back(rs->Bookmark(), id.ToLong());
     rs->Fields("IdValidita") = Variant::Null();
   });
-  bdyMandati.LoadLinkValue(key);
-  bdyMandati.Save();
   RecordsetPtr mandates = bdyMandati.Data();
+  bdyMandati.LoadLinkValue(key);
+  try {
+    bdyMandati.Save();
+  } catch (...) {
+    // The save rolls back: the mandates not written take their provisional
+    // ids again, so that their shares still point at them.
+    for (const auto& [mark, provisional] : fresh) {
+      mandates->SetBookmark(mark);
+      if (mandates->Fields("IdValidita").Value().IsNull())
+        mandates->Fields("IdValidita") = Variant(provisional);
+    }
+    throw;
+  }
   std::vector<std::pair<std::int32_t, std::int32_t>> renamed;  // provisional, generated
   for (const auto& [mark, provisional] : fresh) {
     mandates->SetBookmark(mark);
