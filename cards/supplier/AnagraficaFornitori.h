@@ -69,6 +69,7 @@ class AnagraficaFornitori final : public PartyForm {
   void OnBeginTrans();
   void OnPopupItem(const std::string& key);
   void OfferTakeOver(const char* field, const Variant& value);
+  void FillFromNation();
   void ApplyDependencies();
   void ShowRecordExtras();
   std::int32_t CurrentId() const;

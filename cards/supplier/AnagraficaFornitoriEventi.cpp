@@ -90,6 +90,9 @@ void AnagraficaFornitori::WireEvents() {
     RunHandler(Location("txtPartitaIva", "Change"),
                [this] { OfferTakeOver("PartitaIva", Ctl("txtPartitaIva").Value()); });
   };
+  Ctl("cdoNazione").Change = [this] {
+    RunHandler(Location("cdoNazione", "Change"), [this] { FillFromNation(); });
+  };
   for (const Dependency& d : Dependencies()) {
     const char* box = d.box;
     Ctl(box).Change = [this, box] {
@@ -206,6 +209,25 @@ void AnagraficaFornitori::ApplyDependencies() {
 void AnagraficaFornitori::ShowRecordExtras() {
   ShowExcludedPeriods(crdAnagraficaFornitori.GetRecordset(), Ctl<corvina20::ChoiceField>("cboMeseEscluso1"),
                       Ctl<corvina20::ChoiceField>("cboMeseEscluso2"), Ctl<corvina20::NumberField>("numGgEscluso"));
+  ApplyDependencies();
+}
+
+// The nation chosen tells whether the supplier belongs to a black-list
+// country (a privileged tax regime, whose VAT rates the save then asks for)
+// and gives its foreign state code. The form has no control for the nation
+// type, so that column is not shown.
+void AnagraficaFornitori::FillFromNation() {
+  if (crdAnagraficaFornitori.Mode() == corvina20::kModeBrowse) return;
+  const Variant code = Ctl("cdoNazione").Value();
+  if (IsBlank(code)) return;
+  corvina20::QueryBuilder q(App().GetConnection());
+  q.AddFields("PaeseBL, CodiceStatoEstero, TipoNazione");
+  q.SetTable("STDNazioni");
+  q.AddCondition("CodNazione", corvina20::kCompareEqual, code);
+  RecordsetPtr nation = q.Open();
+  if (nation->IsEOF()) return;
+  Ctl("ckbSoggettoBL").SetValue(Variant(FlagOf(nation->Fields("PaeseBL").Value())));
+  Ctl("txtCodStatoEstero").SetValue(nation->Fields("CodiceStatoEstero").Value());
   ApplyDependencies();
 }
 
