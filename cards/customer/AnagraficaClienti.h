@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "cards/customer/HistorySnapshot.h"
+#include "cards/party/PartyCard.h"
 #include "cards/party/PartyForm.h"
 #include "module/Host.h"
 
@@ -123,26 +124,13 @@ class AnagraficaClienti final : public PartyForm {
   void CheckIdentity(std::string& errors, std::string& warnings);
   void CheckDuplicates(std::string& warnings);
   void CheckBlackList(std::string& warnings);
-  // The snapshot dialog, when a watched field changed; false when the save
-  // must stop (the date is taken, or the dialog could not run).
-  bool AskHistorySnapshot(std::string& errors);
   // The id the record will have when saved (the next free one for a new
   // customer whose id is not typed).
   std::int32_t IdForSave() const;
 
-  // Card-wide settings, read at initialise.
-  bool manualId_ = false;
-  std::string codContoClienti_;
-  std::string maskConto_;
-  bool creaAutomPC_ = false;
-  bool historyEnabled_ = false;
-
-  bool takenOver_ = false;            // the new customer is an existing party taken over
-  std::int32_t replacedId_ = 0;       // the party shown before "new", when linking is on
-  bool openAccount_ = false;          // open the ledger account formed at save
-  bool deleteAccount_ = false;        // the delete also removes the customer's account
-  std::map<std::string, Variant> remembered_;  // snapshot fields at "edit"
-  SnapshotChoice snapshot_;           // what the snapshot dialog answered
+  PartyCardSettings settings_;   // read at initialise
+  PartyCardState state_;         // from the checks to the operation
+  std::int32_t replacedId_ = 0;  // the party shown before "new", when linking is on
 };
 
 }  // namespace vantor20

@@ -23,6 +23,7 @@
 #include "cards/customer/BankRows.h"
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyRowChecks.h"
+#include "cards/party/PartyLiterals.h"
 #include "module/CardErrorList.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
@@ -52,22 +53,11 @@ constexpr const char* kRegEntrambi =
 constexpr const char* kB2BSenzaRecapito =
     "Occorre inserire o il codice destinatario o l'indirizzo Email Pec o l'indirizzo per la Fatturazione "
     "Elettronica";
-constexpr const char* kEnteSospensione =
-    "L'anagrafica è stata indicata come ente pubblico e in sospensione di imposta. ";
 constexpr const char* kEnteNonSplit =
     "L'anagrafica è stata indicata come ente pubblico, ma non come soggetta a split payment";
 constexpr const char* kEnteSenzaCodice =
     "L'anagrafica è stata indicata come ente pubblico e soggetta a split payment, ma non è stato indicato il "
     "codice destinatario";
-constexpr const char* kBLSenzaAliquote =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non sono state inserite le aliquote iva per "
-    "i beni e per i servizi";
-constexpr const char* kBLSenzaBeni =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
-    "beni";
-constexpr const char* kBLSenzaServizi =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
-    "servizi";
 constexpr const char* kDoppieIntestazione = "Nelle anagrafiche sono già presenti i seguenti record:";
 
 void AddLiteral(const char* text, std::string& list) { (list += text) += "\r\n"; }
@@ -81,7 +71,7 @@ void AnagraficaClienti::OnActionBefore(int operation, bool& cancel) {
     switch (operation) {
       case corvina20::kOpNew: CheckNewRecord(cancel); break;
       case corvina20::kOpEdit:
-        if (historyEnabled_) remembered_ = RememberSnapshotFields(*this, CustomerSnapshotFields());
+        if (settings_.historyEnabled) state_.remembered = RememberSnapshotFields(*this, CustomerSnapshotFields());
         break;
       case corvina20::kOpDelete: CheckDelete(cancel); break;
       case corvina20::kOpSave: CheckSave(cancel); break;
@@ -92,9 +82,9 @@ void AnagraficaClienti::OnActionBefore(int operation, bool& cancel) {
 }
 
 void AnagraficaClienti::CheckNewRecord(bool& cancel) {
-  takenOver_ = false;
+  state_.takenOver = false;
   replacedId_ = 0;
-  remembered_.clear();
+  state_.remembered.clear();
   // With linking on, a new customer may replace the party on screen.
   if (crdAnagraficaClienti.HasRecord() && App().Parameters().ReadFlagParameter("IdAnagraficaCollegata"))
     replacedId_ = FieldValue(crdAnagraficaClienti.GetRecordset(), Variant("IdAnagrafica")).ToLong();
@@ -111,16 +101,16 @@ void AnagraficaClienti::CheckDelete(bool& cancel) {
   }
   const Variant account = cdoConto.Value();
   std::string warnings;
-  deleteAccount_ = false;
+  state_.deleteAccount = false;
   const bool shared = !IsBlank(account) && AccountUsedByOtherCustomer(account, id);
-  if (!IsBlank(account) && !shared && creaAutomPC_) {
+  if (!IsBlank(account) && !shared && settings_.creaAutomPC) {
     if (!AccountUsage(account).empty()) {
       ShowMessage(746, corvina20::kStyleInformation);
       cancel = true;
       return;
     }
     AddCardMessage(747, warnings);
-    deleteAccount_ = true;
+    state_.deleteAccount = true;
   } else if (shared) {
     AddCardMessage(1425, warnings);
   } else {
@@ -129,13 +119,13 @@ void AnagraficaClienti::CheckDelete(bool& cancel) {
     return;
   }
   if (AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {
-    deleteAccount_ = false;
+    state_.deleteAccount = false;
     cancel = true;
   }
 }
 
 std::int32_t AnagraficaClienti::IdForSave() const {
-  if (crdAnagraficaClienti.Mode() == corvina20::kModeNew && !manualId_ && !takenOver_)
+  if (crdAnagraficaClienti.Mode() == corvina20::kModeNew && !settings_.manualId && !state_.takenOver)
     return NextFreeIdAnagrafica();
   return CurrentId();
 }
@@ -143,13 +133,13 @@ std::int32_t AnagraficaClienti::IdForSave() const {
 void AnagraficaClienti::CheckSave(bool& cancel) {
   // A typed key is judged first: a save under a missing or used key cannot
   // go anywhere, whatever the other checks say.
-  if (manualId_ && !CheckManualKey(crdAnagraficaClienti, kActionBefore)) {
+  if (settings_.manualId && !CheckManualKey(crdAnagraficaClienti, kActionBefore)) {
     cancel = true;
     return;
   }
   crdAnagraficaClienti.CommitFields();
   std::string errors, warnings;
-  openAccount_ = false;
+  state_.openAccount = false;
   CheckExemptionAndConai(errors);                                   // 1-2
   CheckAccount(errors, cancel);                                     // 3-5
   if (cancel) return;
@@ -167,18 +157,13 @@ void AnagraficaClienti::CheckSave(bool& cancel) {
   CheckDuplicates(warnings);                                        // 23
   CheckBlackList(warnings);                                         // 24
   if (!ConfirmCheckLists(kActionBefore, errors, warnings)) {        // 25-26
-    openAccount_ = false;
+    state_.openAccount = false;
     cancel = true;
     return;
   }
-  if (historyEnabled_ && crdAnagraficaClienti.Mode() == corvina20::kModeEdit &&
-      SnapshotFieldsChanged(*this, CustomerSnapshotFields(), remembered_)) {  // 27
-    std::string snapshotErrors;
-    if (!AskHistorySnapshot(snapshotErrors)) {
-      if (!snapshotErrors.empty()) ReportErrorList(kActionBefore, snapshotErrors);
-      cancel = true;
-    }
-  }
+  if (!SnapshotAtSave(*this, crdAnagraficaClienti, bdyStoricizzazione, settings_, state_, CurrentId(),
+                      CustomerSnapshotFields(), 1, kActionBefore))  // 27
+    cancel = true;
 }
 
 void AnagraficaClienti::CheckExemptionAndConai(std::string& errors) {
@@ -201,16 +186,16 @@ void AnagraficaClienti::CheckAccount(std::string& errors, bool& cancel) {
     AddCardMessage(158, errors);
     cdoConto.SetFocus();
   }
-  if (IsBlank(account) && creaAutomPC_ && !codContoClienti_.empty() && !maskConto_.empty()) {
+  if (IsBlank(account) && settings_.creaAutomPC && !settings_.controlAccount.empty() && !settings_.maskConto.empty()) {
     const int answer = ShowMessage(150, corvina20::kStyleYesNo + corvina20::kStyleQuestion,
                                    {TextOf(txtRagioneSociale1.Value())});
     if (answer == 0) {
       cancel = true;  // the question could not be shown
       return;
     }
-    openAccount_ = answer == corvina20::kAnswerYes;
+    state_.openAccount = answer == corvina20::kAnswerYes;
   }
-  if (IsBlank(account) && !openAccount_) AddCardMessage(149, errors);
+  if (IsBlank(account) && !state_.openAccount) AddCardMessage(149, errors);
 }
 
 void AnagraficaClienti::CheckSalesRegister(std::string& warnings) {
@@ -299,17 +284,6 @@ void AnagraficaClienti::CheckBlackList(std::string& warnings) {
   if (!beni && !servizi) AddLiteral(kBLSenzaAliquote, warnings);
   else if (!beni) AddLiteral(kBLSenzaBeni, warnings);
   else if (!servizi) AddLiteral(kBLSenzaServizi, warnings);
-}
-
-bool AnagraficaClienti::AskHistorySnapshot(std::string& errors) {
-  snapshot_ = AskSnapshotDate(CurrentId());
-  if (!snapshot_.message.empty()) {
-    errors += snapshot_.message + "\r\n";
-    return false;
-  }
-  if (!snapshot_.confirmed) return true;  // cancelled: no snapshot, the save goes on
-  AddSnapshotRow(bdyStoricizzazione, CurrentId(), snapshot_, CustomerSnapshotFields(), remembered_, 1);
-  return true;
 }
 
 }  // namespace vantor20

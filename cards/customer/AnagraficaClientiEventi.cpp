@@ -16,6 +16,7 @@
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyTakeOver.h"
 #include "cards/party/ExcludedMonths.h"
+#include "cards/party/PartyCard.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
 #include "module/ModuloVantor.h"
@@ -28,11 +29,15 @@ namespace {
 
 constexpr const char* kForm = "AnagraficaClienti";
 constexpr const char* kSatellite = "STDAnagraficaClienti";
+
+const PartyCardRole& CustomerRole() {
+  static const PartyCardRole role{"Cliente", kSatellite, "CodContoClienti", "il Conto Clienti", kSideCustomers,
+                              {"STDAnagraficaClienti", "STDBancheClienti", "STDAnagraficaClientiNote"}};
+  return role;
+}
 constexpr int kPageStorico = 8;
 
 // Dictionary messages of the record cycle.
-constexpr std::int32_t kMsgParametriConto = 153;
-constexpr std::int32_t kMsgContoNonCreato = 156;
 constexpr std::int32_t kMsgCodiceGiaPresente = 132;
 constexpr std::int32_t kMsgUsaEsistente = 130;
 constexpr std::int32_t kMsgSostituisce = 895;
@@ -152,44 +157,16 @@ void AnagraficaClienti::OnInizialize(bool& ok, std::string& key, std::string& di
     ok = true;
     key = "IdAnagrafica";
     display = "IdAnagrafica";
-    crdAnagraficaClienti.SetMainTable("STDAnagrafiche", "IdAnagrafica");
-    crdAnagraficaClienti.AddSatellite(kSatellite);
-    crdAnagraficaClienti.SetRecordCondition("Cliente = 1");
-    crdAnagraficaClienti.SetNameField("RagioneSociale");
-    // The party row outlives the customer role when another role holds it.
-    crdAnagraficaClienti.SetDeletesOwnRows(false);
-
-    bdyBancheCliente.BindTable("STDBancheClienti", "IdBanca", "IdAnagrafica");
-    bdyIndirizzi.BindTable("STDAnagIndirizzi", "IdIndirizzo", "IdAnagrafica", "NrIndirizzo");
-    bdyRiferimenti.BindTable("STDAnagRiferimenti", "IdRiferimento", "IdAnagrafica", "NrRiga");
-    bdyNoteCliente.BindTable("STDAnagraficaClientiNote", "IdNota", "IdAnagrafica", "NrRiga");
-    bdyStoricizzazione.BindTable("STDAnagraficheStorico", "IdRiga", "IdAnagrafica");
-    bdyProfilazione.BindTable("CRMValProfilazioneRighe", "IdRiga", "idAnagrafica");
-    bdyAllegati.BindTable("STDAnagraficheAllegati", "IdAllegato", "IdAnagrafica", "NrRiga");
-    for (corvina20::VxBody* grid : {&bdyBancheCliente, &bdyIndirizzi, &bdyRiferimenti, &bdyNoteCliente,
-                                    &bdyStoricizzazione, &bdyProfilazione, &bdyAllegati})
-      crdAnagraficaClienti.LinkGrid(*grid);
-
-    corvina20::HostParameters params = App().Parameters();
-    manualId_ = params.ReadFlagParameter("IdAnagraficaManuale");
-    codContoClienti_ = TextOf(params.ReadParameter("CodContoClienti"));
-    maskConto_ = TextOf(params.ReadParameter("MaskConto"));
-    creaAutomPC_ = params.ReadFlagParameter("CreaAutomPC");
-    historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
-
-    numIdAnagrafica.SetLocked(!manualId_);
-    txtPartitaIva.SetAcceptedCharacters(
-        "abcdefghilmnopqrstuvzwxjykABCDEFGHILMNOPQRSTUVZWXJYK0123456789");
-    cdoConto.SetMask(maskConto_);
-    cdoCodContropartita.SetMask(maskConto_);
+    settings_ = InitializePartyCard(
+        *this, crdAnagraficaClienti, CustomerRole(),
+        {{bdyBancheCliente, "STDBancheClienti", "IdBanca"},
+         {bdyIndirizzi, "STDAnagIndirizzi", "IdIndirizzo", "NrIndirizzo"},
+         {bdyRiferimenti, "STDAnagRiferimenti", "IdRiferimento", "NrRiga"},
+         {bdyNoteCliente, "STDAnagraficaClientiNote", "IdNota", "NrRiga"},
+         {bdyStoricizzazione, "STDAnagraficheStorico", "IdRiga"},
+         {bdyProfilazione, "CRMValProfilazioneRighe", "IdRiga", "", "idAnagrafica"},
+         {bdyAllegati, "STDAnagraficheAllegati", "IdAllegato", "NrRiga"}});
     bdyAllegati.SetEnabled(true);
-
-    if (creaAutomPC_ && (codContoClienti_.empty() || maskConto_.empty())) {
-      const char* missing = codContoClienti_.empty()
-                                ? (maskConto_.empty() ? "il Conto Clienti e la Maschera Conto" : "il Conto Clienti")
-                                : "la Maschera Conto";
-      ShowMessage(kMsgParametriConto, corvina20::kStyleInformation, {missing});
-    }
   });
 }
 
@@ -229,13 +206,13 @@ void AnagraficaClienti::ApplySettings() {
   const bool ritenuta = params.ReadFlagParameter("SoggettoARitenutaAccontoAttiva");
   ckbSoggettoARitenutaAccontoAttiva.SetEnabled(ritenuta);
   PercentualeRitenutaAccontoAttiva.SetEnabled(ritenuta);
-  historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
-  sstCliente.SetPageVisible(kPageStorico, historyEnabled_);
-  bdyStoricizzazione.SetVisible(historyEnabled_);
+  settings_.historyEnabled = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
+  sstCliente.SetPageVisible(kPageStorico, settings_.historyEnabled);
+  bdyStoricizzazione.SetVisible(settings_.historyEnabled);
   const std::string analitica = TextOf(params.ReadParameter("TipoContoAnalitica"));
   cdoCodContoAnaComDefault.SetMask(analitica == "1" || analitica == "2"
                                        ? TextOf(params.ReadParameter("MaskContoAnalitica"))
-                                       : maskConto_);
+                                       : settings_.maskConto);
 }
 
 std::int32_t AnagraficaClienti::CurrentId() const {
@@ -261,7 +238,7 @@ void AnagraficaClienti::WriteDefaults(const Variant& key) {
 }
 
 void AnagraficaClienti::OfferTakeOver(const char* field, const Variant& value) {
-  if (crdAnagraficaClienti.Mode() != corvina20::kModeNew || takenOver_ || IsBlank(value)) return;
+  if (crdAnagraficaClienti.Mode() != corvina20::kModeNew || state_.takenOver || IsBlank(value)) return;
   std::int32_t found = FindPartyWithoutRole(field, value, "Cliente");
   if (found == 0) return;
   ShowMessage(kMsgCodiceGiaPresente, corvina20::kStyleInformation, {TextOf(value)});
@@ -269,7 +246,7 @@ void AnagraficaClienti::OfferTakeOver(const char* field, const Variant& value) {
       corvina20::kAnswerYes)
     return;
   if (!crdAnagraficaClienti.Adopt(Variant(found))) return;
-  takenOver_ = true;
+  state_.takenOver = true;
   // A supplier's banks become the customer's own, as new rows.
   if (FlagOf(crdAnagraficaClienti.GetRecordset()->Fields("Fornitore").Value()))
     CopyRowsAsNew("STDBancheFornitori", found, bdyBancheCliente);
@@ -280,42 +257,16 @@ void AnagraficaClienti::OnActionInside(int operation) {
   RunInsideTransaction(Location("crdAnagraficaClienti", "ActionInside"), [&] {
     RecordsetPtr record = crdAnagraficaClienti.GetRecordset();
     if (operation == corvina20::kOpSave) {
-      RecordsetPtr customer = crdAnagraficaClienti.GetSatelliteRecordset(kSatellite);
-      WriteExcludedPeriods(customer);
+      WriteExcludedPeriods(crdAnagraficaClienti.GetSatelliteRecordset(kSatellite));
       if (replacedId_ != 0 && App().Parameters().ReadFlagParameter("IdAnagraficaCollegata") &&
           ShowMessage(kMsgSostituisce, corvina20::kStyleYesNo) == corvina20::kAnswerYes)
         record->Fields("IdAnagraficaSostituita") = Variant(replacedId_);
-      if (crdAnagraficaClienti.Mode() == corvina20::kModeNew) {
-        // Taken again at save time: the id shown at "new" may have gone to
-        // another workstation meanwhile.
-        if (!manualId_ && !takenOver_) {
-          std::int32_t id = NextFreeIdAnagrafica();
-          record->Fields("IdAnagrafica") = Variant(id);
-          numIdAnagrafica.SetValue(Variant(id));
-        }
-        record->Fields("Cliente") = Variant(true);
-      }
-      if (openAccount_) {
-        const std::int32_t id = record->Fields("IdAnagrafica").Value().ToLong();
-        const std::string code = FormAutomaticAccount(codContoClienti_, maskConto_, id);
-        try {
-          OpenLedgerAccount(code, TextOf(txtRagioneSociale1.Value()), kSideCustomers, codContoClienti_);
-        } catch (const corvina20::Error& e) {
-          throw corvina20::Error(e.Number(), "OpenLedgerAccount", FillMessage(kMsgContoNonCreato, {}) + "\r\n" + e.Description());
-        }
-        customer->Fields("CodConto") = Variant(code);
-        cdoConto.SetValue(Variant(code));
-      }
+      if (crdAnagraficaClienti.Mode() == corvina20::kModeNew) record->Fields("Cliente") = Variant(true);
+      AssignKeyAtSave(crdAnagraficaClienti, numIdAnagrafica, settings_, state_.takenOver);
+      if (state_.openAccount)
+        OpenAccountAtSave(crdAnagraficaClienti, CustomerRole(), settings_, cdoConto, TextOf(txtRagioneSociale1.Value()));
     } else if (operation == corvina20::kOpDelete) {
-      const std::int32_t id = FieldValue(record, Variant("IdAnagrafica")).ToLong();
-      const Variant account = cdoConto.Value();
-      ClearPartyRole(id, "Cliente");
-      ClearPartyChildRows(id);
-      corvina20::ConnectionPtr db = App().GetConnection();
-      for (const char* table : {"STDAnagraficaClienti", "STDBancheClienti", "STDAnagraficaClientiNote"})
-        db->Execute(std::string("DELETE FROM ") + table + " WHERE IdAnagrafica = ?", {Variant(id)});
-      if (deleteAccount_ && !IsBlank(account))
-        db->Execute("DELETE FROM STDPianoDeiConti WHERE CodConto = ?", {account});
+      DeletePartyRole(crdAnagraficaClienti, CustomerRole(), cdoConto.Value(), state_.deleteAccount);
     }
   });
 }
@@ -323,18 +274,14 @@ void AnagraficaClienti::OnActionInside(int operation) {
 void AnagraficaClienti::OnActionAfter(int operation) {
   RunHandler(Location("crdAnagraficaClienti", "ActionAfter"), [&] {
     if (operation == corvina20::kOpNew) {
-      if (!manualId_) numIdAnagrafica.SetValue(Variant(NextFreeIdAnagrafica()));
+      if (!settings_.manualId) numIdAnagrafica.SetValue(Variant(NextFreeIdAnagrafica()));
       ShowExcludedMonths();
     } else if (operation == corvina20::kOpSave) {
       numIdAnagrafica.SetValue(FieldValue(crdAnagraficaClienti.GetRecordset(), Variant("IdAnagrafica")));
     }
     if (operation == corvina20::kOpSave || operation == corvina20::kOpDelete) {
-      takenOver_ = false;
+      state_ = {};
       replacedId_ = 0;
-      openAccount_ = false;
-      deleteAccount_ = false;
-      remembered_.clear();
-      snapshot_ = {};
     }
   });
 }

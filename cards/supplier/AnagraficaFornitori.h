@@ -18,6 +18,7 @@
 
 #include "cards/customer/HistorySnapshot.h"
 #include "cards/party/BankSearch.h"
+#include "cards/party/PartyCard.h"
 #include "cards/party/PartyForm.h"
 #include "module/Host.h"
 
@@ -83,19 +84,9 @@ class AnagraficaFornitori final : public PartyForm {
   void CheckSubcontractor(std::string& errors);
   void CheckIdentity(std::string& errors, std::string& warnings, bool& stop);
   void CheckRows(std::string& errors, std::string& warnings);
-  bool AskHistorySnapshot(std::string& errors);
 
-  bool manualId_ = false;
-  std::string codContoFornitori_;
-  std::string maskConto_;
-  bool creaAutomPC_ = false;
-  bool historyEnabled_ = false;
-
-  bool takenOver_ = false;       // the new supplier is an existing party taken over
-  bool openAccount_ = false;     // open the ledger account formed at save
-  bool deleteAccount_ = false;   // the delete also removes the supplier's account
-  RememberedValues remembered_;  // snapshot fields at "edit"
-  SnapshotChoice snapshot_;      // what the snapshot dialog answered
+  PartyCardSettings settings_;  // read at initialise
+  PartyCardState state_;        // from the checks to the operation
 };
 
 }  // namespace vantor20

@@ -19,6 +19,7 @@
 #include "cards/customer/BankRows.h"
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyRowChecks.h"
+#include "cards/party/PartyLiterals.h"
 #include "cards/supplier/AnagraficaFornitori.h"
 #include "module/CardErrorList.h"
 #include "module/CardHandlers.h"
@@ -40,17 +41,6 @@ constexpr const char* kActionBeforeClienti = "AnagraficaClienti.crdAnagraficaCli
 constexpr std::int32_t kMsgDepositoMancante = 21200;
 constexpr std::int32_t kMsgDepositoTerzistaUsato = 21201;
 
-constexpr const char* kEnteSospensione =
-    "L'anagrafica è stata indicata come ente pubblico e in sospensione di imposta. ";
-constexpr const char* kBLSenzaAliquote =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non sono state inserite le aliquote iva per "
-    "i beni e per i servizi";
-constexpr const char* kBLSenzaBeni =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
-    "beni";
-constexpr const char* kBLSenzaServizi =
-    "L'anagrafica è riferita ad un soggetto a fiscalità agevolata ma non è stata inserita l'aliquota iva per i "
-    "servizi";
 
 // A supplier's documents sent by e-mail; without e-mail sending only CRM.
 const std::vector<const char*> kSendingFlagsMail = {"InvioOrdFor",    "InvioDDTRic",      "InvioFattRic",
@@ -73,7 +63,7 @@ void AnagraficaFornitori::OnActionBefore(int operation, bool& cancel) {
     switch (operation) {
       case corvina20::kOpNew: CheckNewRecord(cancel); break;
       case corvina20::kOpEdit:
-        if (historyEnabled_) remembered_ = RememberSnapshotFields(*this, SupplierSnapshotFields());
+        if (settings_.historyEnabled) state_.remembered = RememberSnapshotFields(*this, SupplierSnapshotFields());
         break;
       case corvina20::kOpDelete: CheckDelete(cancel); break;
       case corvina20::kOpSave: CheckSave(cancel); break;
@@ -84,8 +74,8 @@ void AnagraficaFornitori::OnActionBefore(int operation, bool& cancel) {
 }
 
 void AnagraficaFornitori::CheckNewRecord(bool& cancel) {
-  takenOver_ = false;
-  remembered_.clear();
+  state_.takenOver = false;
+  state_.remembered.clear();
   if (!ConfirmNewOverHistory(bdyStoricizzazione)) cancel = true;
 }
 
@@ -97,9 +87,9 @@ void AnagraficaFornitori::CheckDelete(bool& cancel) {
     cancel = true;
     return;
   }
-  deleteAccount_ = false;
+  state_.deleteAccount = false;
   const Variant account = Ctl("cdoConto").Value();
-  if (!creaAutomPC_ || IsBlank(account) || AccountUsedByOtherCustomer(account, id) || !AccountUsage(account).empty())
+  if (!settings_.creaAutomPC || IsBlank(account) || AccountUsedByOtherCustomer(account, id) || !AccountUsage(account).empty())
     return;
   std::string warnings;
   AddCardMessage(747, warnings);
@@ -107,48 +97,43 @@ void AnagraficaFornitori::CheckDelete(bool& cancel) {
     cancel = true;
     return;
   }
-  deleteAccount_ = true;
+  state_.deleteAccount = true;
 }
 
 void AnagraficaFornitori::CheckSave(bool& cancel) {
-  if (manualId_ && !CheckManualKey(crdAnagraficaFornitori, kActionBefore)) {
+  if (settings_.manualId && !CheckManualKey(crdAnagraficaFornitori, kActionBefore)) {
     cancel = true;
     return;
   }
   crdAnagraficaFornitori.CommitFields();
   std::string errors, warnings;
-  openAccount_ = false;
+  state_.openAccount = false;
   CheckAccount(errors, cancel);                   // 1-2
   if (cancel) return;
   CheckAddressTypes(bdyIndirizzi, errors);        // 3
   bool stop = false;
   CheckIdentity(errors, warnings, stop);          // 4-8
   if (stop) {
-    openAccount_ = false;
+    state_.openAccount = false;
     cancel = true;
     return;
   }
   if (Blank("cdoDivisa")) AddCardMessage(745, warnings);  // 9
   CheckRows(errors, warnings);                    // 10-14
   if (!warnings.empty() && AskMessage(kQuestionWarnings, warnings) != corvina20::kAnswerYes) {  // 15
-    openAccount_ = false;
+    state_.openAccount = false;
     cancel = true;
     return;
   }
   if (!errors.empty()) {  // 17: only the reference errors can be here
     ReportErrorList(kActionBeforeClienti, errors);
-    openAccount_ = false;
+    state_.openAccount = false;
     cancel = true;
     return;
   }
-  if (historyEnabled_ && crdAnagraficaFornitori.Mode() == corvina20::kModeEdit &&
-      SnapshotFieldsChanged(*this, SupplierSnapshotFields(), remembered_)) {  // 16
-    std::string snapshotErrors;
-    if (!AskHistorySnapshot(snapshotErrors)) {
-      if (!snapshotErrors.empty()) ReportErrorList(kActionBefore, snapshotErrors);
-      cancel = true;
-    }
-  }
+  if (!SnapshotAtSave(*this, crdAnagraficaFornitori, bdyStoricizzazione, settings_, state_, CurrentId(),
+                      SupplierSnapshotFields(), 2, kActionBefore))  // 16
+    cancel = true;
 }
 
 void AnagraficaFornitori::CheckAccount(std::string& errors, bool& cancel) {
@@ -158,16 +143,16 @@ void AnagraficaFornitori::CheckAccount(std::string& errors, bool& cancel) {
     Ctl("cdoConto").SetFocus();
   }
   if (Ticked("ckbTerzista")) CheckSubcontractor(errors);
-  if (IsBlank(account) && creaAutomPC_ && !codContoFornitori_.empty() && !maskConto_.empty()) {
+  if (IsBlank(account) && settings_.creaAutomPC && !settings_.controlAccount.empty() && !settings_.maskConto.empty()) {
     const int answer = ShowMessage(150, corvina20::kStyleYesNo + corvina20::kStyleQuestion,
                                    {Text("txtRagioneSociale1")});
     if (answer == 0) {
       cancel = true;  // the question could not be shown
       return;
     }
-    openAccount_ = answer == corvina20::kAnswerYes;
+    state_.openAccount = answer == corvina20::kAnswerYes;
   }
-  if (IsBlank(account) && !openAccount_) AddCardMessage(149, errors);
+  if (IsBlank(account) && !state_.openAccount) AddCardMessage(149, errors);
 }
 
 void AnagraficaFornitori::CheckSubcontractor(std::string& errors) {
@@ -230,17 +215,6 @@ void AnagraficaFornitori::CheckRows(std::string& errors, std::string& warnings) 
     else if (!beni) warnings += kBLSenzaBeni;
     else if (!servizi) warnings += kBLSenzaServizi;
   }
-}
-
-bool AnagraficaFornitori::AskHistorySnapshot(std::string& errors) {
-  snapshot_ = AskSnapshotDate(CurrentId());
-  if (!snapshot_.message.empty()) {
-    errors += snapshot_.message + "\r\n";
-    return false;
-  }
-  if (!snapshot_.confirmed) return true;  // cancelled: no snapshot, the save goes on
-  AddSnapshotRow(bdyStoricizzazione, CurrentId(), snapshot_, SupplierSnapshotFields(), remembered_, 2);
-  return true;
 }
 
 }  // namespace vantor20

@@ -17,6 +17,7 @@
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyTakeOver.h"
 #include "cards/party/ExcludedMonths.h"
+#include "cards/party/PartyCard.h"
 #include "cards/supplier/AnagraficaFornitori.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
@@ -30,10 +31,14 @@ namespace {
 
 constexpr const char* kForm = "AnagraficaFornitori";
 constexpr const char* kSatellite = "STDAnagraficaFornitori";
+
+const PartyCardRole& SupplierRole() {
+  static const PartyCardRole role{"Fornitore", kSatellite, "CodContoFornitori", "il Conto Fornitori", kSideSuppliers,
+                                  {"STDAnagraficaFornitori", "STDBancheFornitori", "STDAnagraficaFornitoriNote"}};
+  return role;
+}
 constexpr int kPageStorico = 8;
 
-constexpr std::int32_t kMsgParametriConto = 153;
-constexpr std::int32_t kMsgContoNonCreato = 156;
 constexpr std::int32_t kMsgCodiceFiscaleFornitore = 133;
 constexpr std::int32_t kMsgUsaEsistente = 137;
 constexpr std::int32_t kMsgPartitaIvaFornitore = 140;
@@ -119,42 +124,13 @@ void AnagraficaFornitori::OnInizialize(bool& ok, std::string& key, std::string& 
     ok = true;
     key = "IdAnagrafica";
     display = "IdAnagrafica";
-    crdAnagraficaFornitori.SetMainTable("STDAnagrafiche", "IdAnagrafica");
-    crdAnagraficaFornitori.AddSatellite(kSatellite);
-    crdAnagraficaFornitori.SetRecordCondition("Fornitore = 1");
-    crdAnagraficaFornitori.SetNameField("RagioneSociale");
-    // The party row outlives the supplier role when another role holds it.
-    crdAnagraficaFornitori.SetDeletesOwnRows(false);
-
-    BdyBancheFornitore.BindTable("STDBancheFornitori", "IdBanca", "IdAnagrafica");
-    bdyIndirizzi.BindTable("STDAnagIndirizzi", "IdIndirizzo", "IdAnagrafica", "NrIndirizzo");
-    bdyRiferimenti.BindTable("STDAnagRiferimenti", "IdRiferimento", "IdAnagrafica", "NrRiga");
-    bdyNoteFornitore.BindTable("STDAnagraficaFornitoriNote", "IdNota", "IdAnagrafica", "NrRiga");
-    bdyStoricizzazione.BindTable("STDAnagraficheStorico", "IdRiga", "IdAnagrafica");
-    bdyAllegati.BindTable("STDAnagraficheAllegati", "IdAllegato", "IdAnagrafica", "NrRiga");
-    for (corvina20::VxBody* grid : {&BdyBancheFornitore, &bdyIndirizzi, &bdyRiferimenti, &bdyNoteFornitore,
-                                    &bdyStoricizzazione, &bdyAllegati})
-      crdAnagraficaFornitori.LinkGrid(*grid);
-
-    corvina20::HostParameters params = App().Parameters();
-    manualId_ = params.ReadFlagParameter("IdAnagraficaManuale");
-    codContoFornitori_ = TextOf(params.ReadParameter("CodContoFornitori"));
-    maskConto_ = TextOf(params.ReadParameter("MaskConto"));
-    creaAutomPC_ = params.ReadFlagParameter("CreaAutomPC");
-    historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
-
-    Ctl("numIdAnagrafica").SetLocked(!manualId_);
-    Ctl<corvina20::TextField>("txtPartitaIva")
-        .SetAcceptedCharacters("abcdefghilmnopqrstuvzwxjykABCDEFGHILMNOPQRSTUVZWXJYK0123456789");
-    Ctl<corvina20::VxCode>("cdoConto").SetMask(maskConto_);
-    Ctl<corvina20::VxCode>("cdoCodContropartita").SetMask(maskConto_);
-
-    if (creaAutomPC_ && (codContoFornitori_.empty() || maskConto_.empty())) {
-      const char* missing = codContoFornitori_.empty()
-                                ? (maskConto_.empty() ? "il Conto Fornitori e la Maschera Conto" : "il Conto Fornitori")
-                                : "la Maschera Conto";
-      ShowMessage(kMsgParametriConto, corvina20::kStyleInformation, {missing});
-    }
+    settings_ = InitializePartyCard(*this, crdAnagraficaFornitori, SupplierRole(),
+                                    {{BdyBancheFornitore, "STDBancheFornitori", "IdBanca"},
+                                     {bdyIndirizzi, "STDAnagIndirizzi", "IdIndirizzo", "NrIndirizzo"},
+                                     {bdyRiferimenti, "STDAnagRiferimenti", "IdRiferimento", "NrRiga"},
+                                     {bdyNoteFornitore, "STDAnagraficaFornitoriNote", "IdNota", "NrRiga"},
+                                     {bdyStoricizzazione, "STDAnagraficheStorico", "IdRiga"},
+                                     {bdyAllegati, "STDAnagraficheAllegati", "IdAllegato", "NrRiga"}});
   });
 }
 
@@ -164,13 +140,13 @@ void AnagraficaFornitori::Load() {
     for (const char* name : {"frmPercipienti", "frmTerzisti", "frmAnalitica", "ckbInvioMail", "CkbInstallatore"})
       Ctl(name).SetVisible(true);
     Ctl("ckbInfragruppo").SetEnabled(params.ReadFlagParameter("GestisciPNInfragruppo"));
-    historyEnabled_ = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
-    sstFornitore.SetPageVisible(kPageStorico, historyEnabled_);
-    bdyStoricizzazione.SetVisible(historyEnabled_);
+    settings_.historyEnabled = params.ReadFlagParameter("AbilitaStoricoAnagrafiche");
+    sstFornitore.SetPageVisible(kPageStorico, settings_.historyEnabled);
+    bdyStoricizzazione.SetVisible(settings_.historyEnabled);
     const std::string analitica = TextOf(params.ReadParameter("TipoContoAnalitica"));
     Ctl<corvina20::VxCode>("cdoCodContoAnaComDefault")
         .SetMask(analitica == "1" || analitica == "2" ? TextOf(params.ReadParameter("MaskContoAnalitica"))
-                                                      : maskConto_);
+                                                      : settings_.maskConto);
     FillMonthList(Ctl<corvina20::ChoiceField>("cboMeseEscluso1"));
     FillMonthList(Ctl<corvina20::ChoiceField>("cboMeseEscluso2"));
     auto& posNote = Ctl<corvina20::ChoiceField>("cboPosNote");
@@ -232,7 +208,7 @@ void AnagraficaFornitori::FillFromNation() {
 }
 
 void AnagraficaFornitori::OfferTakeOver(const char* field, const Variant& value) {
-  if (crdAnagraficaFornitori.Mode() != corvina20::kModeNew || takenOver_ || IsBlank(value)) return;
+  if (crdAnagraficaFornitori.Mode() != corvina20::kModeNew || state_.takenOver || IsBlank(value)) return;
   const bool fiscalCode = std::string_view(field) == "CodiceFiscale";
   // Anyone holding it at all? Without a match nothing is said.
   if (!CheckDuplicateField(0, field, value, 0)) return;
@@ -244,7 +220,7 @@ void AnagraficaFornitori::OfferTakeOver(const char* field, const Variant& value)
   if (ShowMessage(kMsgUsaEsistente, corvina20::kStyleYesNo + corvina20::kStyleQuestion) != corvina20::kAnswerYes)
     return;
   if (!crdAnagraficaFornitori.Adopt(Variant(found))) return;
-  takenOver_ = true;
+  state_.takenOver = true;
   // A customer's banks become the supplier's own, as new rows.
   if (FlagOf(crdAnagraficaFornitori.GetRecordset()->Fields("Cliente").Value()))
     CopyRowsAsNew("STDBancheClienti", found, BdyBancheFornitore);
@@ -260,39 +236,16 @@ void AnagraficaFornitori::OnActionInside(int operation) {
                            Ctl<corvina20::NumberField>("numGgEscluso"));
       const Variant& sesso = Ctl("optSesso").Value();
       record->Fields("Sesso") = IsBlank(sesso) ? Variant::Null() : sesso;
-      if (crdAnagraficaFornitori.Mode() == corvina20::kModeNew) {
-        // Taken again at save time: the id shown at "new" may have gone
-        // to another workstation meanwhile.
-        if (!manualId_ && !takenOver_) {
-          const std::int32_t id = NextFreeIdAnagrafica();
-          record->Fields("IdAnagrafica") = Variant(id);
-          Ctl("numIdAnagrafica").SetValue(Variant(id));
-        }
-      }
+      AssignKeyAtSave(crdAnagraficaFornitori, Ctl("numIdAnagrafica"), settings_, state_.takenOver);
       record->Fields("Fornitore") = Variant(true);
-      if (openAccount_) {
-        const std::int32_t id = record->Fields("IdAnagrafica").Value().ToLong();
-        const std::string code = FormAutomaticAccount(codContoFornitori_, maskConto_, id);
-        try {
-          OpenLedgerAccount(code, Text("txtRagioneSociale1"), kSideSuppliers, codContoFornitori_);
-        } catch (const corvina20::Error& e) {
-          throw corvina20::Error(e.Number(), "OpenLedgerAccount",
-                                 FillMessage(kMsgContoNonCreato, {}) + "\r\n" + e.Description());
-        }
-        crdAnagraficaFornitori.GetSatelliteRecordset(kSatellite)->Fields("CodConto") = Variant(code);
-        Ctl("cdoConto").SetValue(Variant(code));
-      }
+      if (state_.openAccount)
+        OpenAccountAtSave(crdAnagraficaFornitori, SupplierRole(), settings_, Ctl("cdoConto"),
+                          Text("txtRagioneSociale1"));
     } else if (operation == corvina20::kOpDelete) {
-      const std::int32_t id = FieldValue(record, Variant("IdAnagrafica")).ToLong();
-      const Variant account = Ctl("cdoConto").Value();
-      ClearPartyRole(id, "Fornitore");
-      ClearPartyChildRows(id);
-      corvina20::ConnectionPtr db = App().GetConnection();
-      for (const char* table : {"STDAnagraficaFornitori", "STDBancheFornitori", "STDAnagraficaFornitoriNote"})
-        db->Execute(std::string("DELETE FROM ") + table + " WHERE IdAnagrafica = ?", {Variant(id)});
-      if (deleteAccount_ && !IsBlank(account))
-        db->Execute("DELETE FROM STDPianoDeiConti WHERE CodConto = ?", {account});
+      const std::int32_t id =
+          DeletePartyRole(crdAnagraficaFornitori, SupplierRole(), Ctl("cdoConto").Value(), state_.deleteAccount);
       // The attachments go with the supplier only when no role is left.
+      corvina20::ConnectionPtr db = App().GetConnection();
       corvina20::QueryBuilder q(db);
       q.AddFields("IdAnagrafica");
       q.SetTable("STDAnagrafiche");
@@ -305,18 +258,14 @@ void AnagraficaFornitori::OnActionInside(int operation) {
 void AnagraficaFornitori::OnActionAfter(int operation) {
   RunHandler(Location("crdAnagraficaFornitori", "ActionAfter"), [&] {
     if (operation == corvina20::kOpNew) {
-      if (!manualId_) Ctl("numIdAnagrafica").SetValue(Variant(NextFreeIdAnagrafica()));
+      if (!settings_.manualId) Ctl("numIdAnagrafica").SetValue(Variant(NextFreeIdAnagrafica()));
       ShowRecordExtras();
     } else if (operation == corvina20::kOpSave) {
       Ctl("numIdAnagrafica").SetValue(FieldValue(crdAnagraficaFornitori.GetRecordset(), Variant("IdAnagrafica")));
     }
     if (operation == corvina20::kOpEdit) ApplyDependencies();
     if (operation == corvina20::kOpSave || operation == corvina20::kOpDelete) {
-      takenOver_ = false;
-      openAccount_ = false;
-      deleteAccount_ = false;
-      remembered_.clear();
-      snapshot_ = {};
+      state_ = {};
       ApplyDependencies();
     }
   });
