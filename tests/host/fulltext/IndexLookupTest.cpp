@@ -10,6 +10,7 @@
 #include "data/Backend.h"
 #include "data/fulltext/FtsIndexes.h"
 #include "data/fulltext/FtsSqlite.h"
+#include "data/fulltext/FtsTokenizer.h"
 
 namespace corvina20::test {
 namespace {
@@ -39,7 +40,9 @@ void ExpectInStep(Connection& c, const std::string& table, const std::string& co
   EXPECT_NO_THROW(c.Backend().Run("INSERT INTO " + index + " (" + index + ") VALUES ('integrity-check')", {}));
 }
 
-long Frequency(Connection& c, const std::string& term, const std::string& column = "RagioneSociale") {
+// How many rows hold the index term of `word` ('' : the rows with any word).
+long Frequency(Connection& c, const std::string& word, const std::string& column = "RagioneSociale") {
+  std::string term = word.empty() ? "" : data::fulltext::DistinctTerms(word).at(0);
   return c.Backend()
       .Run("SELECT corvina_ft_frequency('STDAnagrafiche', ?, ?)", {Variant(column), Variant(term)})
       .rows.at(0)

@@ -8,35 +8,67 @@
 #include <vector>
 
 #include "FullTextFixture.h"
+#include "corvina20/Error.h"
 #include "data/Backend.h"
 #include "data/fulltext/FtsRank.h"
 #include "data/fulltext/FtsTokenizer.h"
+#include "data/fulltext/FtsWords.h"
 
 namespace corvina20::test {
 namespace {
 
 using data::fulltext::CandidateQuery;
 using data::fulltext::DistinctTerms;
+using data::fulltext::FoldedWords;
 using data::fulltext::WeightedTerm;
 using Terms = std::vector<std::string>;
 constexpr double kName = data::fulltext::kNameLikenessPower;
 
-TEST(FullTextTokenizer, FoldsCaseAccentsAndPunctuationAndWritesOutAbbreviations) {
-  EXPECT_EQ(DistinctTerms("Società Agricola SAN MARÒ"), (Terms{"societa", "agricola", "san", "maro"}));
-  EXPECT_EQ(DistinctTerms("D'Amico"), DistinctTerms("D Amico"));
-  EXPECT_EQ(DistinctTerms("D’Amico – Fornì"), (Terms{"d", "amico", "forni"}));  // typographic apostrophe, dash
+TEST(FullTextTokenizer, FoldsCaseAccentsAndPunctuationAndJoinsDottedAbbreviations) {
+  auto words = [](std::string_view text) { return FoldedWords(text, ""); };
+  EXPECT_EQ(words("Società Agricola SAN MARÒ"), (Terms{"societa", "agricola", "san", "maro"}));
+  EXPECT_EQ(words("D'Amico"), words("D Amico"));
+  EXPECT_EQ(words("D’Amico – Fornì"), (Terms{"d", "amico", "forni"}));  // typographic apostrophe, dash
+  EXPECT_EQ(words("Bianchi S.p.A."), (Terms{"bianchi", "spa"}));
+  EXPECT_EQ(words("F.lli Neri & C. s.n.c."), (Terms{"flli", "neri", "c", "snc"}));
+  EXPECT_EQ(words("F.lli Neri & C."), (FoldedWords("F.lli Neri C.", "")));  // a sign not listed separates
+  EXPECT_EQ(FoldedWords("Neri & C.", "&"), (Terms{"neri", "&", "c"}));
+  EXPECT_EQ(words("P.zza Duomo 1, V.le Piave"), (Terms{"pzza", "duomo", "1", "vle", "piave"}));
+  EXPECT_EQ(words("V.Roma 12"), (Terms{"v", "roma", "12"}));  // not an abbreviation: two words
+  EXPECT_EQ(words("Ærea Straße"), (Terms{"aerea", "strasse"}));
+  EXPECT_EQ(words("info@rossi-srl.it"), (Terms{"info", "rossi", "srl", "it"}));
+  EXPECT_TRUE(words(" - ' . ").empty());
+  EXPECT_TRUE(words("").empty());
+  EXPECT_EQ(words("Cafe\xCC\x81 \xFF bar"), (Terms{"cafe", "bar"}));  // combining accent, invalid byte
+}
+
+TEST(FullTextTokenizer, TermsAreTheThesaurusFormStemmedTheSameForEveryInflection) {
   EXPECT_EQ(DistinctTerms("Rossi S.r.l."), DistinctTerms("ROSSI SRL"));
-  EXPECT_EQ(DistinctTerms("Bianchi S.p.A."), (Terms{"bianchi", "spa"}));
-  EXPECT_EQ(DistinctTerms("F.lli Neri & C. s.n.c."), (Terms{"fratelli", "neri", "c", "snc"}));
-  EXPECT_EQ(DistinctTerms("P.zza Duomo 1, V.le Piave, C.so Italia"),
-            (Terms{"piazza", "duomo", "1", "viale", "piave", "corso", "italia"}));
-  EXPECT_EQ(DistinctTerms("V.Roma 12"), (Terms{"v", "roma", "12"}));  // not an abbreviation: two words
-  EXPECT_EQ(DistinctTerms("Soc. Coop. Ærea Straße"), (Terms{"societa", "cooperativa", "aerea", "strasse"}));
-  EXPECT_EQ(DistinctTerms("info@rossi-srl.it"), (Terms{"info", "rossi", "srl", "it"}));
-  EXPECT_EQ(DistinctTerms("Rossi rossi ROSSI"), (Terms{"rossi"}));
-  EXPECT_TRUE(DistinctTerms(" - ' . ").empty());
-  EXPECT_TRUE(DistinctTerms("").empty());
-  EXPECT_EQ(DistinctTerms("Cafe\xCC\x81 \xFF bar"), (Terms{"cafe", "bar"}));  // combining accent, invalid byte
+  EXPECT_EQ(DistinctTerms("Rossi rossi ROSSI").size(), 1u);
+  // Number and gender: one term.
+  EXPECT_EQ(DistinctTerms("Trasporti Ceramiche Costruzioni Alberghi Rossa"),
+            DistinctTerms("Trasporto Ceramica Costruzione Albergo Rosso"));
+  EXPECT_EQ(DistinctTerms("Trasporti"), (Terms{"trasport"}));
+  // The thesaurus's groups (data/thesaurus.tsv), before stemming.
+  EXPECT_EQ(DistinctTerms("F.lli Neri & C. s.n.c."), DistinctTerms("Fratelli Neri e Compagnia snc"));
+  EXPECT_EQ(DistinctTerms("Soc. Coop. P.zza V.le C.so"),
+            DistinctTerms("Società Cooperativa Piazza Viale Corso"));
+  EXPECT_EQ(DistinctTerms("Ing. Dott. Geom. Ass."), DistinctTerms("Ingegnere Dottore Geometra Associazione"));
+  // Codes and numbers are kept whole.
+  EXPECT_EQ(DistinctTerms("12 A4 rossi2"), (Terms{"12", "a4", "rossi2"}));
+  // Different words stay apart.
+  EXPECT_NE(DistinctTerms("Rossi"), DistinctTerms("Russo"));
+}
+
+TEST(FullTextTokenizer, TheThesaurusRefusesFormsOfSeveralWordsOrInTwoGroups) {
+  using data::fulltext::ParseThesaurus;
+  auto t = ParseThesaurus("# comment\n\nF.lli, Fratelli\n&, e, ed\n", "t.tsv");
+  EXPECT_EQ(t.forms.at("flli"), "fratelli");
+  EXPECT_EQ(t.forms.at("&"), "ed");
+  EXPECT_EQ(t.signs, "&");
+  EXPECT_NE(t.checksum, ParseThesaurus("F.lli, Fratelli\n", "t.tsv").checksum);
+  for (const char* bad : {"Soc. Coop., Società", "Fratelli\n", "F.lli, Fratelli\nF.lli, Figli\n"})
+    EXPECT_THROW(ParseThesaurus(bad, "t.tsv"), corvina20::Error) << bad;
 }
 
 TEST(FullTextCandidates, TheMatchAsksOnlyForTermsThatCanLiftARowToTheFloor) {

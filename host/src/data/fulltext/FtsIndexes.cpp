@@ -13,6 +13,7 @@
 #include "corvina20/FullText.h"
 #include "data/Backend.h"
 #include "data/fulltext/FtsSqlite.h"
+#include "data/fulltext/FtsWords.h"
 
 namespace corvina20::data::fulltext {
 namespace {
@@ -82,6 +83,12 @@ std::vector<std::string> CreateStatements(const std::string& table, const std::s
 
 }  // namespace
 
+int IndexVersion() {
+  // The version in the low 4 bits, 26 bits of the checksum above: a
+  // positive int.
+  return kIndexVersion | static_cast<int>((LoadedThesaurus().checksum & 0x3FFFFFFu) << 4);
+}
+
 int EnsureFullTextIndexes(Connection& connection) {
   const std::vector<FullTextColumn>& catalogue = FullTextCatalogue();
   for (const FullTextColumn& c : catalogue) {
@@ -101,13 +108,13 @@ int EnsureFullTextIndexes(Connection& connection) {
       std::string name = IndexTableName(c.table, c.column);
       wanted.insert(text::Upper(name));
       ResultSet known = backend.Run("SELECT Versione FROM CORFullText WHERE NomeIndice = ?", {Variant(name)});
-      bool current = !known.rows.empty() && known.rows[0][0].ToLong() == kIndexVersion &&
+      bool current = !known.rows.empty() && known.rows[0][0].ToLong() == IndexVersion() &&
                      !backend.Columns(name).empty();
       if (current) continue;
       for (const std::string& s : DropStatements(c.table, c.column)) connection.ExecuteNative(s);
       for (const std::string& s : CreateStatements(c.table, c.column)) connection.ExecuteNative(s);
       backend.Run("INSERT OR REPLACE INTO CORFullText (NomeIndice, Tabella, Colonna, Versione) VALUES (?, ?, ?, ?)",
-                  {Variant(name), Variant(c.table), Variant(c.column), Variant(static_cast<std::int32_t>(kIndexVersion))});
+                  {Variant(name), Variant(c.table), Variant(c.column), Variant(static_cast<std::int32_t>(IndexVersion()))});
       ++built;
     }
     ResultSet recorded = backend.Run("SELECT NomeIndice, Tabella, Colonna FROM CORFullText", {});

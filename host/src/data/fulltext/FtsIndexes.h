@@ -10,8 +10,14 @@ namespace corvina20::data::fulltext {
 // Bumped whenever the tokenizer or the tables of an index change: indexes
 // built by another version are rebuilt.
 // 2: a change log for the connections' mirrors instead of a table of term
-// frequencies.
-inline constexpr int kIndexVersion = 2;
+// frequencies. 3: terms through the thesaurus and stemmed.
+inline constexpr int kIndexVersion = 3;
+
+// What CORFullText.Versione records for an index built now: kIndexVersion
+// and the thesaurus's checksum, so that an index built with another
+// thesaurus (data/thesaurus.tsv edited) is rebuilt too. Throws as
+// LoadedThesaurus when the thesaurus is malformed.
+int IndexVersion();
 
 // Makes the database's indexes those of the catalogue: creates each missing
 // index (FTS5 table, change log, triggers) and fills it from the rows

@@ -35,10 +35,20 @@ int TokenizerCreate(void*, const char**, int, Fts5Tokenizer** out) {
 
 void TokenizerDelete(Fts5Tokenizer*) {}
 
-int TokenizerTokenize(Fts5Tokenizer*, void* context, int, const char* text, int length,
+int TokenizerTokenize(Fts5Tokenizer*, void* context, int flags, const char* text, int length,
                       int (*emit)(void*, int, const char*, int, int, int)) {
   if (text == nullptr || length <= 0) return SQLITE_OK;
   try {
+    if (flags & FTS5_TOKENIZE_QUERY) {
+      // A MATCH expression is written in index terms (corvina_ft_match
+      // writes it): stemming them again would cut them further ("trasport"
+      // to "trasp"), so a query is only folded.
+      for (const std::string& term : FoldedWords(std::string_view(text, static_cast<std::size_t>(length)), "")) {
+        int rc = emit(context, 0, term.data(), static_cast<int>(term.size()), 0, length);
+        if (rc != SQLITE_OK) return rc;
+      }
+      return SQLITE_OK;
+    }
     for (const FtsToken& t : TokenizeText(std::string_view(text, static_cast<std::size_t>(length)))) {
       int rc = emit(context, 0, t.term.data(), static_cast<int>(t.term.size()), t.start, t.end);
       if (rc != SQLITE_OK) return rc;

@@ -1,10 +1,12 @@
-// The full-text tokenizer; see FtsTokenizer.h. Folding covers the Latin
+// The full-text tokenizer; see FtsTokenizer.h. Words are split and folded
+// here; the thesaurus and the stemmer (FtsWords.h) then give each its term. Folding covers the Latin
 // letters Italian names and addresses are written with (Latin-1 and Latin
 // Extended-A); letters of other scripts are kept as they are, combining
 // accents are dropped, and punctuation (typographic apostrophes and dashes
 // included) separates words.
 #include "data/fulltext/FtsTokenizer.h"
 
+#include "data/fulltext/FtsWords.h"
 #include "data/text/TextFold.h"
 
 #include <cstdint>
@@ -30,15 +32,6 @@ constexpr Range kLatinExtendedA[] = {
     {0x131, "i"}, {0x133, "ij"}, {0x135, "j"}, {0x138, "k"}, {0x142, "l"}, {0x14B, "n"},
     {0x151, "o"}, {0x153, "oe"}, {0x159, "r"}, {0x161, "s"}, {0x167, "t"}, {0x173, "u"},
     {0x175, "w"}, {0x178, "y"}, {0x17E, "z"}, {0x17F, "s"}};
-
-// Abbreviations written out, after dotted ones are joined ("F.lli" → "flli").
-struct Abbreviation {
-  std::string_view written;
-  std::string_view full;
-};
-constexpr Abbreviation kAbbreviations[] = {
-    {"flli", "fratelli"}, {"soc", "societa"}, {"coop", "cooperativa"}, {"pza", "piazza"},
-    {"pzza", "piazza"},   {"vle", "viale"},   {"cso", "corso"}};
 
 enum class CharClass { Separator, Word, Drop };
 
@@ -94,8 +87,9 @@ bool IsLetters(std::string_view s) {
   return !s.empty();
 }
 
-// Words as the text writes them, before abbreviations are handled.
-void RawTokens(std::string_view text, std::vector<FtsToken>& out) {
+// Words as the text writes them, before abbreviations are handled. A sign
+// of `signs` ("&", which the thesaurus lists) is a word of its own.
+void RawTokens(std::string_view text, std::vector<FtsToken>& out, std::string_view signs) {
   out.clear();
   FtsToken current;
   bool inWord = false;
@@ -115,6 +109,13 @@ void RawTokens(std::string_view text, std::vector<FtsToken>& out) {
       current.end = static_cast<int>(++i);
       continue;
     }
+    if (signs.find(a) != std::string_view::npos) {
+      if (inWord && !current.term.empty()) out.push_back(current);
+      inWord = false;
+      out.push_back(FtsToken{std::string(1, a), static_cast<int>(at), static_cast<int>(at + 1)});
+      ++i;
+      continue;
+    }
     CharClass cls = Classify(text::DecodeUtf8(text, i), folded);
     if (cls == CharClass::Separator) {
       if (inWord && !current.term.empty()) out.push_back(current);
@@ -132,17 +133,11 @@ void RawTokens(std::string_view text, std::vector<FtsToken>& out) {
   if (inWord && !current.term.empty()) out.push_back(current);
 }
 
-}  // namespace
-
-std::vector<FtsToken> TokenizeText(std::string_view text) {
-  std::vector<FtsToken> out;
-  TokenizeText(text, out);
-  return out;
-}
-
-void TokenizeText(std::string_view text, std::vector<FtsToken>& out) {
+// The words of `text` with dotted abbreviations joined, folded: what the
+// thesaurus and the stemmer then work on.
+void JoinedWords(std::string_view text, std::vector<FtsToken>& out, std::string_view signs) {
   thread_local std::vector<FtsToken> raw;
-  RawTokens(text, raw);
+  RawTokens(text, raw, signs);
   out.clear();
   for (std::size_t k = 0; k < raw.size(); ++k) {
     FtsToken token = raw[k];
@@ -157,10 +152,29 @@ void TokenizeText(std::string_view text, std::vector<FtsToken>& out) {
       token.end = raw[k].end;
       last = k;
     }
-    for (const Abbreviation& a : kAbbreviations)
-      if (token.term == a.written) token.term = a.full;
     out.push_back(std::move(token));
   }
+}
+
+}  // namespace
+
+std::vector<FtsToken> TokenizeText(std::string_view text) {
+  std::vector<FtsToken> out;
+  TokenizeText(text, out);
+  return out;
+}
+
+void TokenizeText(std::string_view text, std::vector<FtsToken>& out) {
+  JoinedWords(text, out, LoadedThesaurus().signs);
+  for (FtsToken& token : out) token.term = IndexTerm(token.term);
+}
+
+std::vector<std::string> FoldedWords(std::string_view text, std::string_view signs) {
+  std::vector<FtsToken> tokens;
+  JoinedWords(text, tokens, signs);
+  std::vector<std::string> out;
+  for (FtsToken& t : tokens) out.push_back(std::move(t.term));
+  return out;
 }
 
 std::vector<std::string> DistinctTerms(std::string_view text) {
