@@ -5,6 +5,7 @@
 
 #include "cards/customer/BankRows.h"
 #include "cards/party/BankSearch.h"
+#include "cards/party/PartyPages.h"
 
 namespace vantor20 {
 namespace {
@@ -14,20 +15,8 @@ using corvina20::GridColumn;
 
 constexpr const char* P = "STDAnagrafiche.";
 
-// The tab pages, in order.
-enum Page {
-  kPageAnagrafica,
-  kPageFiscali,
-  kPageContabilita,
-  kPageCommerciale,
-  kPagePagamenti,
-  kPageBancheIndirizzi,
-  kPageRiferimenti,
-  kPageNote,
-  kPageStorico,
-  kPageCrm,
-  kPageDoppie,
-};
+// The customer's own tab pages, after the common ones.
+enum OwnPage : int { kPageCrm = kPageFirstOwn, kPageDoppie };
 
 }  // namespace
 
@@ -36,9 +25,7 @@ AnagraficaClienti::AnagraficaClienti()
       crdAnagraficaClienti(Add<corvina20::Card>("crdAnagraficaClienti", *this)),
       sstCliente(Add<corvina20::Tabs>(
           "sstCliente",
-          std::vector<std::string>{"Anagrafica", "Dati Fiscali", "Contabilità", "Commerciale",
-                                   "Pagamenti", "Banche/Indirizzi", "Riferimenti", "Note",
-                                   "Storico", "CRM", "Anagrafiche Doppie"})),
+          PartyPageCaptions({"CRM", "Anagrafiche Doppie"}))),
       numIdAnagrafica(Add<corvina20::NumberField>("numIdAnagrafica", ControlKind::Integer, "Codice")),
       txtRagioneSociale1(Add<corvina20::TextField>("txtRagioneSociale1", "Ragione Sociale")),
       txtRagioneSociale2(Add<corvina20::TextField>("txtRagioneSociale2", "Ragione Sociale Aggiuntiva")),
@@ -99,7 +86,7 @@ AnagraficaClienti::AnagraficaClienti()
   struct FrameDef {
     const char* name;
     const char* caption;
-    Page page;
+    int page;
   };
   const FrameDef frames[] = {
       {"frmAnagrafica", "Dati Anagrafici", kPageAnagrafica},
@@ -190,86 +177,67 @@ AnagraficaClienti::AnagraficaClienti()
   percEsenzConai.SetDecimals(2);
   PercentualeRitenutaAccontoAttiva.SetDecimals(2);
 
-  // ---- the other fields: made, bound and placed from one table ----
-  const FieldDef others[] = {
-      {"cdoLingua", ControlKind::Lookup, "Lingua", p + "CodLingua", "frmAnagrafica", 0, "Lingue"},
-      {"txtTelefono", ControlKind::Text, "Telefono", p + "Telefono", "frmRecapiti", 30, ""},
-      {"txtTelefono2", ControlKind::Text, "Altro Telefono", p + "Telefono2", "frmRecapiti", 30, ""},
-      {"txtPortatile", ControlKind::Text, "Cellulare", p + "Portatile", "frmRecapiti", 30, ""},
-      {"txtFax", ControlKind::Text, "Fax", p + "Fax", "frmRecapiti", 30, ""},
-      {"txtInternet", ControlKind::Text, "Internet", p + "Internet", "frmRecapiti", 100, ""},
-      {"txtE_mail", ControlKind::Text, "Indirizzo E@mail", p + "E_mail", "frmRecapiti", 100, ""},
-      {"txtEMailPec", ControlKind::Text, "Indirizzo E@mail PEC", p + "E_mailPec", "frmRecapiti", 100, ""},
-      {"txtEmailFattEl", ControlKind::Text, "E@mail PEC Fatturazione Elettronica", p + "EmailPecFatturazioneEl", "frmRecapiti", 100, ""},
-      {"ckbPersonaFisica", ControlKind::Check, "Persona Fisica", "PersonaFisica", "frmPersonaFisica", 0, ""},
-      {"txtCognome", ControlKind::Text, "Cognome", "Cognome", "frmPersonaFisica", 60, ""},
-      {"txtNome", ControlKind::Text, "Nome", "Nome", "frmPersonaFisica", 60, ""},
-      {"dteDataDiNascita", ControlKind::Date, "Data di Nascita", "DataDiNascita", "frmPersonaFisica", 0, ""},
-      {"txtLuogoNascita", ControlKind::Text, "Luogo di Nascita", "LuogoNascita", "frmPersonaFisica", 60, ""},
-      {"txtProvNascita", ControlKind::Text, "Prov. Nascita", "ProvNascita", "frmPersonaFisica", 2, ""},
-      {"txtVecchioCodice", ControlKind::Text, "Vecchio Codice", "VecchioCodice", "frmAltriDati", 20, ""},
-      {"txtRifInterno", ControlKind::Text, "Riferimento Interno", "RifInterno", "frmAltriDati", 50, ""},
-      {"txtContatto", ControlKind::Text, "Contatto", "Contatto", "frmAltriDati", 60, ""},
-      {"dteFineValidita", ControlKind::Date, "Fine Validità", "FineValidita", "frmAltriDati", 0, ""},
-      {"cdoCodCatCliente", ControlKind::Lookup, "Categoria", "CodCatCliente", "frmAltriDati", 0, "CategorieClienti"},
-      {"cdoCodArea", ControlKind::Lookup, "Area", "CodArea", "frmAltriDati", 0, "AreeClienti"},
-      {"cdoCodRegione", ControlKind::Lookup, "Regione", "CodRegione", "frmAltriDati", 0, "Regioni"},
-      {"txtNote", ControlKind::Text, "Note", "Note", "frmAltriDati", 0, ""},
-      {"ckbAllegatiAutomaticiXML", ControlKind::Check, "Allegati Automatici XML", "AllegatiAutomaticiXML", "frmFatturazioneElettronica", 0, ""},
-      {"txtProtocolloAgenziaEntrate", ControlKind::Text, "Protocollo Agenzia Entrate", "ProtocolloAgenziaEntrate", "frmEsenzione", 30, ""},
-      {"txtIndirizzoEstero", ControlKind::Text, "Indirizzo", "IndirizzoEstero", "frmEstero", 80, ""},
-      {"txtLocalitaEstera", ControlKind::Text, "Località", "LocalitaEstera", "frmEstero", 60, ""},
-      {"txtProvinciaEstera", ControlKind::Text, "Provincia", "ProvinciaEstera", "frmEstero", 30, ""},
-      {"txtCodiceStatoEstero", ControlKind::Text, "Codice Stato", "CodiceStatoEstero", "frmEstero", 3, ""},
-      {"cdoNazioneStabileOrg", ControlKind::Lookup, "Nazione", "NazioneStabileOrg", "frmStabileOrg", 0, "Nazioni"},
-      {"txtIndirizzoStabileOrg", ControlKind::Text, "Indirizzo", "IndirizzoStabileOrg", "frmStabileOrg", 80, ""},
-      {"txtNumeroCivicoStabileOrg", ControlKind::Text, "Numero Civico", "NumeroCivicoStabileOrg", "frmStabileOrg", 10, ""},
-      {"txtCAPStabileOrg", ControlKind::Text, "C.A.P.", "CAPStabileOrg", "frmStabileOrg", 10, ""},
-      {"txtComuneStabileOrg", ControlKind::Text, "Comune", "ComuneStabileOrg", "frmStabileOrg", 60, ""},
-      {"txtProvinciaStabileOrg", ControlKind::Text, "Prov.", "ProvinciaStabileOrg", "frmStabileOrg", 2, ""},
-      {"cdoNazioneRappFiscale", ControlKind::Lookup, "Nazione", "NazioneRappFiscale", "frmRappFiscale", 0, "Nazioni"},
-      {"txtCodiceRappFiscale", ControlKind::Text, "Codice Identificativo", "CodiceRappFiscale", "frmRappFiscale", 28, ""},
-      {"txtDenominazioneRappFiscale", ControlKind::Text, "Denominazione", "DenominazioneRappFiscale", "frmRappFiscale", 80, ""},
-      {"txtCognomeRappFiscale", ControlKind::Text, "Cognome", "CognomeRappFiscale", "frmRappFiscale", 60, ""},
-      {"txtNomeRappFiscale", ControlKind::Text, "Nome", "NomeRappFiscale", "frmRappFiscale", 60, ""},
-      {"cdoCodIvaDefault", ControlKind::Lookup, "Cod. Iva Abituale", "CodIvaDefault", "frmContabilita", 0, "Iva"},
-      {"txtCodCausaleAnaVENComDefault", ControlKind::Text, "Causale Analitica Commesse", "CodCausaleAnaVENComDefault", "frmContabilita", 5, ""},
-      {"cdoCodListino", ControlKind::Lookup, "Listino", "CodListino", "frmCommerciale", 0, "Listini"},
-      {"cdoCodCatListino", ControlKind::Lookup, "Categoria Listino", "CodCatListino", "frmCommerciale", 0, "CategorieListini"},
-      {"cdoCodPorto", ControlKind::Lookup, "Porto", "CodPorto", "frmCommerciale", 0, "Porti"},
-      {"cdoIdAgente1", ControlKind::Lookup, "Agente 1", "IdAgente1", "frmCommerciale", 0, "Agenti"},
-      {"cdoIdAgente2", ControlKind::Lookup, "Agente 2", "IdAgente2", "frmCommerciale", 0, "Agenti"},
-      {"cdoIdVettore1", ControlKind::Lookup, "Vettore 1", "IdVettore1", "frmCommerciale", 0, "Vettori"},
-      {"cdoIdVettore2", ControlKind::Lookup, "Vettore 2", "IdVettore2", "frmCommerciale", 0, "Vettori"},
-      {"cdoIdVettore3", ControlKind::Lookup, "Vettore 3", "IdVettore3", "frmCommerciale", 0, "Vettori"},
-      {"numPriorita", ControlKind::Integer, "Priorità", "Priorita", "frmCommerciale", 0, ""},
-      {"percSconto1", ControlKind::Percent, "Sconto 1", "PercSconto1", "frmCommerciale", 2, ""},
-      {"percSconto2", ControlKind::Percent, "Sconto 2", "PercSconto2", "frmCommerciale", 2, ""},
-      {"percSconto3", ControlKind::Percent, "Sconto 3", "PercSconto3", "frmCommerciale", 2, ""},
-      {"percSconto4", ControlKind::Percent, "Sconto 4", "PercSconto4", "frmCommerciale", 2, ""},
-      {"cdoNumeroBlocco", ControlKind::Lookup, "Blocco Generico", "NumeroBlocco", "frmCommerciale", 0, "Blocchi"},
-      {"numIdBancaDitta", ControlKind::Integer, "Nostra Banca", "IdBancaDitta", "frmCommerciale", 0, ""},
-      {"cdoCodTipologiaFat", ControlKind::Lookup, "Tipologia Fatturazione", "CodTipologiaFat", "frmFatturazione", 0, "TipologieFatturazione"},
-      {"ckbEsplodiNoteInAutomatico", ControlKind::Check, "Esplodi Note in Automatico", "EsplodiNoteInAutomatico", "frmFatturazione", 0, ""},
-      {"ckbStampaNoteArticolo", ControlKind::Check, "Stampa Note Articolo", "StampaNoteArticolo", "frmFatturazione", 0, ""},
-      {"ckbScadInFattura", ControlKind::Check, "Scadenze in Fattura", "ScadInFattura", "frmFatturazione", 0, ""},
-      {"ckbFattureRiepilogate", ControlKind::Check, "Fatture Riepilogative", "FattureRiepilogate", "frmFatturazione", 0, ""},
-      {"ckbAccorpaArticoli", ControlKind::Check, "Accorpa Articoli", "AccorpaArticoli", "frmFatturazione", 0, ""},
-      {"ckbAccorpaServizi", ControlKind::Check, "Accorpa Servizi", "AccorpaServizi", "frmFatturazione", 0, ""},
-      {"ckbAddSpeseIncasso", ControlKind::Check, "Addebita Spese Incasso", "AddSpeseIncasso", "frmFatturazione", 0, ""},
-      {"ckbAddIvaSuOmaggi", ControlKind::Check, "Addebita IVA su Omaggi", "AddIvaSuOmaggi", "frmFatturazione", 0, ""},
-      {"ckbAddBolli", ControlKind::Check, "Addebita Bolli", "AddBolli", "frmFatturazione", 0, ""},
-      {"cdoCodPagamento", ControlKind::Lookup, "Pagamento", "CodPagamento", "frmPagamenti", 0, "Pagamenti"},
-      {"txtCodClienteDebitore", ControlKind::Text, "Codice Debitore", "CodClienteDebitore", "frmPagamenti", 35, ""},
-      {"ckbAutorizzaRID", ControlKind::Check, "Mandato SEPA", "AutorizzaRID", "frmPagamenti", 0, ""},
-      {"dteDataSottoscrizione", ControlKind::Date, "Data Sottoscrizione", "DataSottoscrizione", "frmPagamenti", 0, ""},
-      {"numGgFissoScadenza", ControlKind::Integer, "Giorno Fisso Scadenza", "GgFissoScadenza", "frmPagamenti", 0, ""},
-      {"ckbForzaRateInAvanti", ControlKind::Check, "Forza Rate in Avanti", "ForzaRateInAvanti", "frmPagamenti", 0, ""},
-      {"txtTipoUltimoSollecito", ControlKind::Text, "Ultimo Sollecito", "TipoUltimoSollecito", "frmSolleciti", 5, ""},
-      {"dteDataUltimoSollecito", ControlKind::Date, "Data Ultimo Sollecito", "DataUltimoSollecito", "frmSolleciti", 0, ""},
-      {"ckbNonSollecitare", ControlKind::Check, "Non Sollecitare", "NonSollecitare", "frmSolleciti", 0, ""},
-  };
-  for (const FieldDef& o : others) AddField(o);
+  // ---- the other fields: made, bound and placed from their table rows ----
+  AddFields({{"cdoLingua", ControlKind::Lookup, "Lingua", p + "CodLingua", "frmAnagrafica", 0, "Lingue"}});
+  AddContactFields();
+  AddFields({{"txtEMailPec", ControlKind::Text, "Indirizzo E@mail PEC", p + "E_mailPec", "frmRecapiti", 100, ""},
+             {"txtEmailFattEl", ControlKind::Text, "E@mail PEC Fatturazione Elettronica", p + "EmailPecFatturazioneEl", "frmRecapiti", 100, ""}});
+  AddPersonFields("dteDataDiNascita");
+  AddFields({{"txtVecchioCodice", ControlKind::Text, "Vecchio Codice", "VecchioCodice", "frmAltriDati", 20, ""},
+             {"txtRifInterno", ControlKind::Text, "Riferimento Interno", "RifInterno", "frmAltriDati", 50, ""},
+             {"txtContatto", ControlKind::Text, "Contatto", "Contatto", "frmAltriDati", 60, ""},
+             {"dteFineValidita", ControlKind::Date, "Fine Validità", "FineValidita", "frmAltriDati", 0, ""},
+             {"cdoCodCatCliente", ControlKind::Lookup, "Categoria", "CodCatCliente", "frmAltriDati", 0, "CategorieClienti"},
+             {"cdoCodArea", ControlKind::Lookup, "Area", "CodArea", "frmAltriDati", 0, "AreeClienti"},
+             {"cdoCodRegione", ControlKind::Lookup, "Regione", "CodRegione", "frmAltriDati", 0, "Regioni"},
+             {"txtNote", ControlKind::Text, "Note", "Note", "frmAltriDati", 0, ""},
+             {"ckbAllegatiAutomaticiXML", ControlKind::Check, "Allegati Automatici XML", "AllegatiAutomaticiXML", "frmFatturazioneElettronica", 0, ""},
+             {"txtProtocolloAgenziaEntrate", ControlKind::Text, "Protocollo Agenzia Entrate", "ProtocolloAgenziaEntrate", "frmEsenzione", 30, ""}});
+  AddForeignAddressFields();
+  AddFields({{"txtCodiceStatoEstero", ControlKind::Text, "Codice Stato", "CodiceStatoEstero", "frmEstero", 3, ""},
+             {"cdoNazioneStabileOrg", ControlKind::Lookup, "Nazione", "NazioneStabileOrg", "frmStabileOrg", 0, "Nazioni"}});
+  AddPermanentEstablishmentFields("frmStabileOrg");
+  AddFields({{"cdoNazioneRappFiscale", ControlKind::Lookup, "Nazione", "NazioneRappFiscale", "frmRappFiscale", 0, "Nazioni"},
+             {"txtCodiceRappFiscale", ControlKind::Text, "Codice Identificativo", "CodiceRappFiscale", "frmRappFiscale", 28, ""},
+             {"txtDenominazioneRappFiscale", ControlKind::Text, "Denominazione", "DenominazioneRappFiscale", "frmRappFiscale", 80, ""},
+             {"txtCognomeRappFiscale", ControlKind::Text, "Cognome", "CognomeRappFiscale", "frmRappFiscale", 60, ""},
+             {"txtNomeRappFiscale", ControlKind::Text, "Nome", "NomeRappFiscale", "frmRappFiscale", 60, ""},
+             {"cdoCodIvaDefault", ControlKind::Lookup, "Cod. Iva Abituale", "CodIvaDefault", "frmContabilita", 0, "Iva"},
+             {"txtCodCausaleAnaVENComDefault", ControlKind::Text, "Causale Analitica Commesse", "CodCausaleAnaVENComDefault", "frmContabilita", 5, ""},
+             {"cdoCodListino", ControlKind::Lookup, "Listino", "CodListino", "frmCommerciale", 0, "Listini"},
+             {"cdoCodCatListino", ControlKind::Lookup, "Categoria Listino", "CodCatListino", "frmCommerciale", 0, "CategorieListini"},
+             {"cdoCodPorto", ControlKind::Lookup, "Porto", "CodPorto", "frmCommerciale", 0, "Porti"},
+             {"cdoIdAgente1", ControlKind::Lookup, "Agente 1", "IdAgente1", "frmCommerciale", 0, "Agenti"},
+             {"cdoIdAgente2", ControlKind::Lookup, "Agente 2", "IdAgente2", "frmCommerciale", 0, "Agenti"},
+             {"cdoIdVettore1", ControlKind::Lookup, "Vettore 1", "IdVettore1", "frmCommerciale", 0, "Vettori"},
+             {"cdoIdVettore2", ControlKind::Lookup, "Vettore 2", "IdVettore2", "frmCommerciale", 0, "Vettori"},
+             {"cdoIdVettore3", ControlKind::Lookup, "Vettore 3", "IdVettore3", "frmCommerciale", 0, "Vettori"},
+             {"numPriorita", ControlKind::Integer, "Priorità", "Priorita", "frmCommerciale", 0, ""},
+             {"percSconto1", ControlKind::Percent, "Sconto 1", "PercSconto1", "frmCommerciale", 2, ""},
+             {"percSconto2", ControlKind::Percent, "Sconto 2", "PercSconto2", "frmCommerciale", 2, ""},
+             {"percSconto3", ControlKind::Percent, "Sconto 3", "PercSconto3", "frmCommerciale", 2, ""},
+             {"percSconto4", ControlKind::Percent, "Sconto 4", "PercSconto4", "frmCommerciale", 2, ""},
+             {"cdoNumeroBlocco", ControlKind::Lookup, "Blocco Generico", "NumeroBlocco", "frmCommerciale", 0, "Blocchi"},
+             {"numIdBancaDitta", ControlKind::Integer, "Nostra Banca", "IdBancaDitta", "frmCommerciale", 0, ""},
+             {"cdoCodTipologiaFat", ControlKind::Lookup, "Tipologia Fatturazione", "CodTipologiaFat", "frmFatturazione", 0, "TipologieFatturazione"},
+             {"ckbEsplodiNoteInAutomatico", ControlKind::Check, "Esplodi Note in Automatico", "EsplodiNoteInAutomatico", "frmFatturazione", 0, ""},
+             {"ckbStampaNoteArticolo", ControlKind::Check, "Stampa Note Articolo", "StampaNoteArticolo", "frmFatturazione", 0, ""},
+             {"ckbScadInFattura", ControlKind::Check, "Scadenze in Fattura", "ScadInFattura", "frmFatturazione", 0, ""},
+             {"ckbFattureRiepilogate", ControlKind::Check, "Fatture Riepilogative", "FattureRiepilogate", "frmFatturazione", 0, ""},
+             {"ckbAccorpaArticoli", ControlKind::Check, "Accorpa Articoli", "AccorpaArticoli", "frmFatturazione", 0, ""},
+             {"ckbAccorpaServizi", ControlKind::Check, "Accorpa Servizi", "AccorpaServizi", "frmFatturazione", 0, ""},
+             {"ckbAddSpeseIncasso", ControlKind::Check, "Addebita Spese Incasso", "AddSpeseIncasso", "frmFatturazione", 0, ""},
+             {"ckbAddIvaSuOmaggi", ControlKind::Check, "Addebita IVA su Omaggi", "AddIvaSuOmaggi", "frmFatturazione", 0, ""},
+             {"ckbAddBolli", ControlKind::Check, "Addebita Bolli", "AddBolli", "frmFatturazione", 0, ""},
+             {"cdoCodPagamento", ControlKind::Lookup, "Pagamento", "CodPagamento", "frmPagamenti", 0, "Pagamenti"},
+             {"txtCodClienteDebitore", ControlKind::Text, "Codice Debitore", "CodClienteDebitore", "frmPagamenti", 35, ""},
+             {"ckbAutorizzaRID", ControlKind::Check, "Mandato SEPA", "AutorizzaRID", "frmPagamenti", 0, ""},
+             {"dteDataSottoscrizione", ControlKind::Date, "Data Sottoscrizione", "DataSottoscrizione", "frmPagamenti", 0, ""},
+             {"numGgFissoScadenza", ControlKind::Integer, "Giorno Fisso Scadenza", "GgFissoScadenza", "frmPagamenti", 0, ""},
+             {"ckbForzaRateInAvanti", ControlKind::Check, "Forza Rate in Avanti", "ForzaRateInAvanti", "frmPagamenti", 0, ""},
+             {"txtTipoUltimoSollecito", ControlKind::Text, "Ultimo Sollecito", "TipoUltimoSollecito", "frmSolleciti", 5, ""},
+             {"dteDataUltimoSollecito", ControlKind::Date, "Data Ultimo Sollecito", "DataUltimoSollecito", "frmSolleciti", 0, ""},
+             {"ckbNonSollecitare", ControlKind::Check, "Non Sollecitare", "NonSollecitare", "frmSolleciti", 0, ""}});
 
   // ---- grids ----
   bdyBancheCliente.Place("", kPageBancheIndirizzi);

@@ -16,6 +16,7 @@
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyTakeOver.h"
 #include "cards/party/ExcludedMonths.h"
+#include "cards/party/PartyPages.h"
 #include "cards/party/PartyCard.h"
 #include "module/CardHandlers.h"
 #include "module/CardValues.h"
@@ -35,7 +36,6 @@ const PartyCardRole& CustomerRole() {
                               {"STDAnagraficaClienti", "STDBancheClienti", "STDAnagraficaClientiNote"}};
   return role;
 }
-constexpr int kPageStorico = 8;
 
 // Dictionary messages of the record cycle.
 constexpr std::int32_t kMsgCodiceGiaPresente = 132;

@@ -1,6 +1,8 @@
 // Layout pieces of the party cards; see PartyForm.h.
 #include "cards/party/PartyForm.h"
 
+#include "cards/party/PartyPages.h"
+
 namespace vantor20 {
 
 using corvina20::ControlKind;
@@ -52,6 +54,54 @@ void AddAddressColumns(corvina20::VxBody& grid) {
                        GridCol("IdAgente2", "Agente 2", ControlKind::Integer), GridCheck("Default", "Default"),
                        GridHidden("IdIndirizzo"), GridHidden("IdAnagrafica")})
     grid.AddColumn(c);
+}
+
+std::vector<std::string> PartyPageCaptions(const std::vector<std::string>& ownPages) {
+  std::vector<std::string> captions = {"Anagrafica", "Dati Fiscali", "Contabilità", "Commerciale", "Pagamenti",
+                                       "Banche/Indirizzi", "Riferimenti", "Note", "Storico"};
+  captions.insert(captions.end(), ownPages.begin(), ownPages.end());
+  return captions;
+}
+
+void PartyForm::AddFields(std::initializer_list<FieldDef> defs) {
+  for (const FieldDef& d : defs) AddField(d);
+}
+
+void PartyForm::AddContactFields() {
+  const std::string p = "STDAnagrafiche.";
+  constexpr ControlKind T = ControlKind::Text;
+  AddFields({{"txtTelefono", T, "Telefono", p + "Telefono", "frmRecapiti", 30, ""},
+             {"txtTelefono2", T, "Altro Telefono", p + "Telefono2", "frmRecapiti", 30, ""},
+             {"txtPortatile", T, "Cellulare", p + "Portatile", "frmRecapiti", 30, ""},
+             {"txtFax", T, "Fax", p + "Fax", "frmRecapiti", 30, ""},
+             {"txtInternet", T, "Internet", p + "Internet", "frmRecapiti", 100, ""},
+             {"txtE_mail", T, "Indirizzo E@mail", p + "E_mail", "frmRecapiti", 100, ""}});
+}
+
+void PartyForm::AddPersonFields(const char* birthDate) {
+  constexpr ControlKind T = ControlKind::Text;
+  AddFields({{"ckbPersonaFisica", ControlKind::Check, "Persona Fisica", "PersonaFisica", "frmPersonaFisica", 0, ""},
+             {"txtCognome", T, "Cognome", "Cognome", "frmPersonaFisica", 60, ""},
+             {"txtNome", T, "Nome", "Nome", "frmPersonaFisica", 60, ""},
+             {birthDate, ControlKind::Date, "Data di Nascita", "DataDiNascita", "frmPersonaFisica", 0, ""},
+             {"txtLuogoNascita", T, "Luogo di Nascita", "LuogoNascita", "frmPersonaFisica", 60, ""},
+             {"txtProvNascita", T, "Prov. Nascita", "ProvNascita", "frmPersonaFisica", 2, ""}});
+}
+
+void PartyForm::AddForeignAddressFields() {
+  constexpr ControlKind T = ControlKind::Text;
+  AddFields({{"txtIndirizzoEstero", T, "Indirizzo", "IndirizzoEstero", "frmEstero", 80, ""},
+             {"txtLocalitaEstera", T, "Località", "LocalitaEstera", "frmEstero", 60, ""},
+             {"txtProvinciaEstera", T, "Provincia", "ProvinciaEstera", "frmEstero", 30, ""}});
+}
+
+void PartyForm::AddPermanentEstablishmentFields(const char* frame) {
+  constexpr ControlKind T = ControlKind::Text;
+  AddFields({{"txtIndirizzoStabileOrg", T, "Indirizzo", "IndirizzoStabileOrg", frame, 80, ""},
+             {"txtNumeroCivicoStabileOrg", T, "Numero Civico", "NumeroCivicoStabileOrg", frame, 10, ""},
+             {"txtCAPStabileOrg", T, "C.A.P.", "CAPStabileOrg", frame, 10, ""},
+             {"txtComuneStabileOrg", T, "Comune", "ComuneStabileOrg", frame, 60, ""},
+             {"txtProvinciaStabileOrg", T, "Prov.", "ProvinciaStabileOrg", frame, 2, ""}});
 }
 
 corvina20::Control& PartyForm::AddField(const FieldDef& def) {

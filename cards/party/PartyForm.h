@@ -5,6 +5,7 @@
 // Not for: the cards' own fields and grids, which each card lists itself.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,18 @@ class PartyForm : public corvina20::Form {
   // Makes the control of `def` (VxCode, CheckBox, DateField, NumberField,
   // ChoiceField for Combo/Option, TextField otherwise), binds and places it.
   corvina20::Control& AddField(const FieldDef& def);
+  // AddField for each, in order.
+  void AddFields(std::initializer_list<FieldDef> defs);
+
+  // The field groups both party cards hold alike, each added in its order:
+  // phones, fax, mobile, web and e-mail of the party row (frame frmRecapiti);
+  void AddContactFields();
+  // the natural person (frame frmPersonaFisica), the birth date named `birthDate`;
+  void AddPersonFields(const char* birthDate);
+  // the foreign fiscal domicile (frame frmEstero) but for its state code;
+  void AddForeignAddressFields();
+  // the permanent establishment in `frame`, but for its nation.
+  void AddPermanentEstablishmentFields(const char* frame);
 };
 
 }  // namespace vantor20

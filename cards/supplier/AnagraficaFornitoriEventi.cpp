@@ -17,6 +17,7 @@
 #include "cards/customer/LedgerAccount.h"
 #include "cards/customer/PartyTakeOver.h"
 #include "cards/party/ExcludedMonths.h"
+#include "cards/party/PartyPages.h"
 #include "cards/party/PartyCard.h"
 #include "cards/supplier/AnagraficaFornitori.h"
 #include "module/CardHandlers.h"
@@ -37,7 +38,6 @@ const PartyCardRole& SupplierRole() {
                                   {"STDAnagraficaFornitori", "STDBancheFornitori", "STDAnagraficaFornitoriNote"}};
   return role;
 }
-constexpr int kPageStorico = 8;
 
 constexpr std::int32_t kMsgCodiceFiscaleFornitore = 133;
 constexpr std::int32_t kMsgUsaEsistente = 137;
