@@ -240,13 +240,7 @@ AnagraficaClienti::AnagraficaClienti()
              {"ckbNonSollecitare", ControlKind::Check, "Non Sollecitare", "NonSollecitare", "frmSolleciti", 0, ""}});
 
   // ---- grids ----
-  bdyBancheCliente.Place("", kPageBancheIndirizzi);
-  AddBankColumns(bdyBancheCliente, "Iban Cliente");
-  WireBankGrid(bdyBancheCliente);
-  WireBankSearch(bdyBancheCliente, "AnagraficaClienti");
-
-  bdyIndirizzi.Place("", kPageBancheIndirizzi);
-  AddAddressColumns(bdyIndirizzi);
+  PlaceBankAndAddressGrids(bdyBancheCliente, "Iban Cliente", bdyIndirizzi, "AnagraficaClienti");
 
   bdyRiferimenti.Place("", kPageRiferimenti);
   GridColumn tipoInvio = GridCol("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);

@@ -114,7 +114,6 @@ void AnagraficaClienti::WireEvents() {
                [this] { OfferTakeOver("PartitaIva", txtPartitaIva.Value()); });
   };
 
-  WireAddressGrid(bdyIndirizzi);
   bdyIndirizzi.BeforeDeleteAt = [this](long, bool& cancel) {
     bool ok = RunHandler(Location("bdyIndirizzi", "BeforeDeleteAt"), [&] {
       std::string where;

@@ -1,6 +1,9 @@
 // Layout pieces of the party cards; see PartyForm.h.
 #include "cards/party/PartyForm.h"
 
+#include "cards/customer/BankRows.h"
+#include "cards/customer/GridRows.h"
+#include "cards/party/BankSearch.h"
 #include "cards/party/PartyPages.h"
 
 namespace vantor20 {
@@ -54,6 +57,17 @@ void AddAddressColumns(corvina20::VxBody& grid) {
                        GridCol("IdAgente2", "Agente 2", ControlKind::Integer), GridCheck("Default", "Default"),
                        GridHidden("IdIndirizzo"), GridHidden("IdAnagrafica")})
     grid.AddColumn(c);
+}
+
+void PlaceBankAndAddressGrids(corvina20::VxBody& banks, const char* ibanCaption, corvina20::VxBody& addresses,
+                              const std::string& formName) {
+  banks.Place("", kPageBancheIndirizzi);
+  AddBankColumns(banks, ibanCaption);
+  WireBankGrid(banks);
+  WireBankSearch(banks, formName);
+  addresses.Place("", kPageBancheIndirizzi);
+  AddAddressColumns(addresses);
+  WireAddressGrid(addresses);
 }
 
 std::vector<std::string> PartyPageCaptions(const std::vector<std::string>& ownPages) {

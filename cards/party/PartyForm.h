@@ -34,6 +34,14 @@ void AddBankColumns(corvina20::VxBody& grid, const char* ibanCaption);
 // a list of 0 "Sped. Fattura", 1 "Sped. Merce", 2 "Sped. Riba".
 void AddAddressColumns(corvina20::VxBody& grid);
 
+// The bank grid `banks` (its IBAN column captioned `ibanCaption`, its bank
+// search reporting errors as `formName`'s) and the further-addresses grid
+// `addresses`, both placed on the Banche/Indirizzi page with their columns
+// and the row events both party cards give them (IBAN composed, one Default,
+// addresses numbered).
+void PlaceBankAndAddressGrids(corvina20::VxBody& banks, const char* ibanCaption, corvina20::VxBody& addresses,
+                              const std::string& formName);
+
 // A form made of field controls listed in a table.
 class PartyForm : public corvina20::Form {
  protected:

@@ -175,14 +175,7 @@ AnagraficaFornitori::AnagraficaFornitori()
   sesso.AddEntry("Femmina", Variant("F"));
 
   // ---- grids ----
-  BdyBancheFornitore.Place("", kPageBancheIndirizzi);
-  AddBankColumns(BdyBancheFornitore, "Iban Fornitore");
-  WireBankGrid(BdyBancheFornitore);
-  WireBankSearch(BdyBancheFornitore, "AnagraficaFornitori");
-
-  bdyIndirizzi.Place("", kPageBancheIndirizzi);
-  AddAddressColumns(bdyIndirizzi);
-  WireAddressGrid(bdyIndirizzi);
+  PlaceBankAndAddressGrids(BdyBancheFornitore, "Iban Fornitore", bdyIndirizzi, "AnagraficaFornitori");
 
   bdyRiferimenti.Place("", kPageRiferimenti);
   corvina20::GridColumn tipoInvio = GridCol("TipoInvio", "Tipo Invio Mail", ControlKind::Combo);
