@@ -5,6 +5,7 @@
 // whose validity has ended.
 #include <gtest/gtest.h>
 
+#include "corvina20/Error.h"
 #include "corvina20/HostParameters.h"
 #include "corvina20/VxCode.h"
 #include "items/HostItem.h"
@@ -119,6 +120,38 @@ TEST_F(CodedLookups, TheCardsOwnConditionsStayAndWiringTwiceAddsTheFilterOnce) {
   ASSERT_EQ(filters.size(), 2u);
   EXPECT_EQ(filters[0].field, "TipoCliFor");
   EXPECT_EQ(filters[1].field, "Validita");
+}
+
+TEST_F(CodedLookups, ATypedCodeMustBeOneTheSearchListOffers) {
+  SetValidity("1");
+  auto item = OpenItem(h, "AnagraficaVettori");
+  ASSERT_TRUE(item->card->New());
+  auto& country = ControlOf<VxCode>(*item, "cdoNazione");
+  // Typed as the user types it, taken as it is stored, its description shown.
+  country.Choose(db, Variant(" it "));
+  EXPECT_EQ(country.Value().ToString(), "IT");
+  EXPECT_EQ(country.Description(), "Italia");
+  // A country whose validity has ended is refused like one that never
+  // existed, in words naming the field by its caption; the field keeps its code.
+  for (const char* typed : {"YU", "QQ"}) {
+    try {
+      country.Choose(db, Variant(typed));
+      ADD_FAILURE() << typed << " accepted";
+    } catch (const Error& e) {
+      EXPECT_EQ(e.Number(), kErrInvalidValue);
+      EXPECT_EQ(e.Description(), std::string("Nazione: la nazione «") + typed + "» non esiste o non è più valida");
+    }
+    EXPECT_EQ(country.Value().ToString(), "IT");
+    EXPECT_EQ(country.Description(), "Italia");
+  }
+  SetValidity("0");
+  country.Choose(db, Variant("yu"));
+  EXPECT_EQ(country.Value().ToString(), "YU");
+  // A blank code clears the field and its description.
+  country.Choose(db, Variant(""));
+  EXPECT_TRUE(country.Value().IsEmpty());
+  EXPECT_EQ(country.Description(), "");
+  item->card->Cancel();
 }
 
 }  // namespace

@@ -84,6 +84,12 @@ test('mandates with their time line; the shares and their total follow the manda
   await errorBox().waitFor();
   const text = await errorBox().textContent();
   assert.ok(text.includes('Il totale delle quote di ciascun Mandato deve essere pari a 100.'), text);
+  // The number shows; the trace for support starts folded and unfolds.
+  assert.equal(await errorBox().locator('.error-number').textContent(), 'Errore n. 235');
+  const details = errorBox().locator('details.error-source');
+  assert.equal(await details.getAttribute('open'), null);
+  await details.locator('summary').click();
+  assert.notEqual((await details.locator('pre').textContent()).trim(), '');
   await errorBox().locator('button').first().click();
   await errorBox().waitFor({ state: 'detached' });
   assert.ok(await page.locator('.panel:not([hidden]) .form-view.mode-edit').count());

@@ -138,6 +138,12 @@ class Control {
   bool focusRequested_ = false;
 };
 
+// The text of a value a field refuses, as the user reads it under the field:
+// "<caption>: <why>" (the caption without a trailing colon or blanks), or
+// "Valore non valido: <why>" for a field without a caption. Never the
+// control's internal name.
+std::string FieldRefusal(const Control& control, const std::string& why);
+
 // txt: free text with a maximum length and, optionally, the only characters
 // that can be typed.
 class TextField : public Control {

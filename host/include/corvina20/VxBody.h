@@ -100,7 +100,12 @@ class VxBody : public Control {
   // The user moves to `row`: the cursor goes there and RowChanged is raised
   // (also when `row` was already current). Raises kErrHost when out of range.
   void SetCurrentRow(long row);
-  // Raises PopupItemSelected for an enabled popup item; kErrHost otherwise.
+  // Raises BeforeShowPopupMenu, where the form enables the items that can
+  // run in the card's state, before a host shows the menu; returns false
+  // when the form cancels it (no menu shows). The items are then Popup().
+  bool PreparePopup();
+  // Raises PopupItemSelected for an enabled popup item (after PreparePopup,
+  // so the item's state is the card's present one); kErrHost otherwise.
   void SelectPopupItem(const std::string& key);
   PopupMenu& Popup() { return popup_; }
 

@@ -47,6 +47,10 @@ struct LookupDefinition {
   std::string descriptionField;
   std::vector<std::string> columns;  // shown in the search list
   std::string validityField;         // "" when the table has no validity dates
+  // What the field says when a typed code is not in the lookup, with %s for
+  // the code ("la lingua «%s» non esiste"); a general sentence when the
+  // catalogue gives none.
+  std::string refusal;
 };
 
 // The catalogue entry named `name` (case-insensitive). Raises kErrHost when
@@ -67,9 +71,17 @@ class VxCode : public Control {
   // LookupQuery, then the query (code or description containing `text`, the
   // form's filters, at most `limit` rows ordered by code).
   RecordsetPtr Search(const ConnectionPtr& connection, const std::string& text, int limit = 100);
-  // The user picked `code` from the list: sets it (as typing would) and
-  // raises BrowserResult.
+  // The user typed `code` or picked it from the list. A code that is not
+  // blank must be one the search list would offer (the form's BrowserSql
+  // filters apply, so validity and role filters hold); the stored spelling
+  // replaces the typed one ("ita" becomes "ITA"). Then it is set (as typing
+  // would), the description is read and BrowserResult is raised. A code the
+  // list would not offer raises kErrInvalidValue naming the field's caption
+  // in the lookup's words, and nothing changes. Blank clears the field.
   void Choose(const ConnectionPtr& connection, const Variant& code);
+  // The code as stored when `code` is one the search list would offer
+  // (compared as the database compares text), else Empty. Runs BrowserSql.
+  Variant Offered(const ConnectionPtr& connection, const Variant& code);
   // Reads the description of the current code.
   void Refresh(const ConnectionPtr& connection);
 
@@ -79,6 +91,11 @@ class VxCode : public Control {
   std::function<void(int key)> KeyDown;
 
  private:
+  // The lookup's query with the form's filters; `typed` narrows it as the
+  // search list does, `exact` to one code.
+  RecordsetPtr Query(const ConnectionPtr& connection, const std::string& typed, const Variant* exact,
+                     int limit);
+
   std::string lookupName_;
   std::string mask_;
   std::string description_;

@@ -277,13 +277,17 @@ json Workspace::Grid(const json& action) {
   } else if (action.contains("current")) {
     grid->SetCurrentRow(action.at("current").get<long>());
     result["current"] = grid->CurrentRow();
+  } else if (action.contains("menu")) {
+    // The menu as it stands now: the form enables what can run in the
+    // card's state before it shows; null when the form shows none.
+    result["menu"] = grid->PreparePopup() ? Popup(grid->Popup()) : json(nullptr);
   } else if (action.contains("popup")) {
     std::string key = action.at("popup").get<std::string>();
     grid->SelectPopupItem(key);
     result["popup"] = key;
     result["done"] = true;
   } else {
-    Bad("azione sulla griglia sconosciuta: servono add, row+set, delete, select, current o popup");
+    Bad("azione sulla griglia sconosciuta: servono add, row+set, delete, select, current, menu o popup");
   }
   result["rows"] = grid->RowCount();
   return result;

@@ -9,8 +9,27 @@ namespace corvina20 {
 namespace {
 
 [[noreturn]] void Refuse(const Control& c, const std::string& why) {
-  throw Error(kErrInvalidValue, "Corvina20.Controls",
-              "Valore non valido per " + c.Name() + ": " + why);
+  throw Error(kErrInvalidValue, "Corvina20.Controls", FieldRefusal(c, why));
+}
+
+// True when `text` is written as a date is (dd/mm/yyyy, d/m/yy, yyyy-mm-dd),
+// whether or not that day exists: a well-written 31/02/2025 is told it is
+// not in the calendar, not that it is badly written.
+bool LooksLikeDate(const std::string& text) {
+  int parts = 1, digits = 0;
+  char separator = 0;
+  for (char ch : text) {
+    if (ch >= '0' && ch <= '9') {
+      if (++digits > 4) return false;
+    } else if ((ch == '/' || ch == '-' || ch == '.') && digits > 0 && (separator == 0 || separator == ch)) {
+      separator = ch;
+      ++parts;
+      digits = 0;
+    } else {
+      return false;
+    }
+  }
+  return parts == 3 && digits > 0;
 }
 
 bool IsBlank(const Variant& v) {
@@ -93,10 +112,16 @@ Control& Control::Bind(std::string binding) {
 
 void Control::SetValue(const Variant& value) { value_ = value; }
 
+std::string FieldRefusal(const Control& control, const std::string& why) {
+  std::string caption(text::Trim(control.Caption()));
+  while (!caption.empty() && (caption.back() == ':' || caption.back() == ' ')) caption.pop_back();
+  if (caption.empty()) return "Valore non valido: " + why;
+  return caption + ": " + why;
+}
+
 void Control::Type(const Variant& typed) {
   if (!enabled_ || !visible_ || locked_)
-    throw Error(kErrHost, "Corvina20.Controls",
-                "Il campo " + name_ + " non è modificabile in questo momento");
+    throw Error(kErrHost, "Corvina20.Controls", FieldRefusal(*this, "non è modificabile in questo momento"));
   Variant converted = Convert(typed);
   Variant previous = value_;
   SetValue(converted);
@@ -106,7 +131,7 @@ void Control::Type(const Variant& typed) {
     Validate(cancel);
     if (cancel) {
       SetValue(previous);
-      Refuse(*this, "rifiutato dalla convalida");
+      Refuse(*this, "valore non accettato dalla scheda");
     }
   }
 }
@@ -128,6 +153,8 @@ Variant DateField::Convert(const Variant& typed) const {
   try {
     return Variant(typed.ToDate());
   } catch (const Error&) {
+    std::string written(typed.Kind() == VariantKind::String ? text::Trim(typed.StringRef()) : std::string_view());
+    if (LooksLikeDate(written)) Refuse(*this, "il giorno " + written + " non esiste nel calendario");
     Refuse(*this, "la data va scritta gg/mm/aaaa");
   }
 }

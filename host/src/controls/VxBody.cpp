@@ -167,10 +167,14 @@ Variant VxBody::SelectedBookmark(std::size_t index) const {
   return data_->Bookmark();
 }
 
-void VxBody::SelectPopupItem(const std::string& key) {
+bool VxBody::PreparePopup() {
   bool cancel = false;
   if (BeforeShowPopupMenu) BeforeShowPopupMenu(cancel);
-  if (cancel) Refused("Menu non disponibile sulla griglia " + Name());
+  return !cancel;
+}
+
+void VxBody::SelectPopupItem(const std::string& key) {
+  if (!PreparePopup()) Refused("Menu non disponibile sulla griglia " + Name());
   const PopupItem* item = popup_.Find(key);
   if (!item || !item->enabled || !item->visible)
     Refused("Voce di menu non disponibile: " + key);

@@ -27,7 +27,7 @@ std::vector<LookupDefinition> ReadCatalogue() {
     if (row.cells.size() < 5)
       row.Fail("Corvina20.Lookups", "servono nome, tabella, codice, descrizione, colonne");
     lookups.push_back({row.cells[0], row.cells[1], row.cells[2], row.cells[3], SplitList(row.cells[4]),
-                       row.Cell(5)});
+                       row.Cell(5), row.Cell(6)});
   }
   return lookups;
 }
@@ -58,6 +58,11 @@ VxCode::VxCode(std::string name, std::string caption, std::string lookupName)
 RecordsetPtr VxCode::Search(const ConnectionPtr& connection, const std::string& typed, int limit) {
   bool cancel = false;
   if (BrowserStart) BrowserStart(cancel);
+  return Query(connection, typed, nullptr, limit);
+}
+
+RecordsetPtr VxCode::Query(const ConnectionPtr& connection, const std::string& typed, const Variant* exact,
+                           int limit) {
   LookupDefinition def = FindLookup(lookupName_);
   LookupQuery query;
   if (BrowserSql) BrowserSql(query);
@@ -76,6 +81,7 @@ RecordsetPtr VxCode::Search(const ConnectionPtr& connection, const std::string& 
     q.AddConditionText(def.codeField + " LIKE ? OR " + def.descriptionField + " LIKE ?",
                        {pattern, pattern});
   }
+  if (exact) q.AddConditionText(def.codeField + " = ?", {*exact});
   for (const auto& f : query.Filters()) {
     // "Validita" names the lookup's validity column, whatever its name.
     std::string field = text::EqualsNoCase(f.field, "Validita") && !def.validityField.empty()
@@ -88,8 +94,37 @@ RecordsetPtr VxCode::Search(const ConnectionPtr& connection, const std::string& 
   return q.Open(LockType::ReadOnly);
 }
 
+Variant VxCode::Offered(const ConnectionPtr& connection, const Variant& code) {
+  auto rs = Query(connection, "", &code, 1);
+  if (rs->IsEOF()) return Variant();
+  return rs->Fields(std::size_t{0}).Value();
+}
+
 void VxCode::Choose(const ConnectionPtr& connection, const Variant& code) {
-  Type(code);
+  Variant chosen = code;
+  // Text codes are compared trimmed: a blank typed around a code is no part of it.
+  if (code.Kind() == VariantKind::String) chosen = Variant(std::string(text::Trim(code.StringRef())));
+  bool blank = chosen.IsEmpty() || chosen.IsNull() ||
+               (chosen.Kind() == VariantKind::String && chosen.StringRef().empty());
+  if (blank) {
+    chosen = Variant();
+  } else if (connection) {
+    // Checked before anything changes, so a refused code leaves the field
+    // and the card's other fields as they were.
+    Variant stored = Offered(connection, chosen);
+    if (stored.IsEmpty() || stored.IsNull()) {
+      LookupDefinition def = FindLookup(lookupName_);
+      std::string why = def.refusal.empty() ? "il codice «%s» non è tra quelli ammessi" : def.refusal;
+      std::string typed = chosen.ToString();
+      auto at = why.find("%s");
+      if (at != std::string::npos) why.replace(at, 2, typed);
+      throw Error(kErrInvalidValue, "Corvina20.Lookups", FieldRefusal(*this, why));
+    }
+    // Text codes take their stored spelling; a number typed as text stays
+    // as typed, so the field's value keeps the kind it always had.
+    if (stored.Kind() == VariantKind::String && chosen.Kind() == VariantKind::String) chosen = stored;
+  }
+  Type(chosen);
   Refresh(connection);
   if (BrowserResult) BrowserResult();
 }

@@ -12,7 +12,8 @@ namespace corvina20 {
 // Throws corvina20::Error kErrDatabase when it cannot be opened.
 ConnectionPtr OpenDatabase(const std::string& location);
 
-// Brings the schema up to date (data/schema) and, when `demo` is true and the
+// Brings the schema up to date (data/schema), fills the reference tables
+// that are empty (data/schema/ReferenceData.h) and, when `demo` is true and the
 // database holds no party yet, loads the demo data (data/demo). Returns the
 // number of schema files applied.
 int InitDatabase(Connection& connection, bool demo);

@@ -52,8 +52,10 @@ function openModal(modal) {
   });
 }
 
-// Follows an outcome to its end; returns the last outcome.
-export async function settle(outcome, formId) {
+// Follows an outcome to its end; returns the last outcome. With
+// `fieldErrors` the action's own refusal of a typed value (error 380) is left
+// to the caller, which shows it under the field.
+export async function settle(outcome, formId, { fieldErrors = false } = {}) {
   let out = outcome;
   const opened = [];
   for (;;) {
@@ -70,7 +72,7 @@ export async function settle(outcome, formId) {
       // The modal form stays open: its own action is over.
       await showEvents(out.events);
       if (out.modal.state) modals.get(out.modal.formId).view.update(out.modal.state);
-      if (out.error) await errorBox(out.error);
+      if (out.error && !(fieldErrors && out.error.number === 380)) await errorBox(out.error);
       return out;
     }
     if (out.modal) {
@@ -89,7 +91,7 @@ export async function settle(outcome, formId) {
     }
     sessionStorage.removeItem(BUSY_KEY);
     if (out.state) applyState(out.state);
-    if (out.error) await errorBox(out.error);
+    if (out.error && !(fieldErrors && out.error.number === 380)) await errorBox(out.error);
     for (const id of opened) await showOpened(id);
     return out;
   }
@@ -101,9 +103,9 @@ export function dialogFormAfterReload() {
   return v ? Number(v) : null;
 }
 
-async function guarded(formId, send) {
+async function guarded(formId, send, options) {
   try {
-    return await settle(await send(), formId);
+    return await settle(await send(), formId, options);
   } catch (e) {
     if (e instanceof api.ApiError && e.status !== 401) await errorBox(e.error);
     else if (!(e instanceof api.ApiError)) await errorBox({ number: null, source: 'Corvina20.Web (client)', description: String(e?.message || e) });
@@ -113,8 +115,8 @@ async function guarded(formId, send) {
 
 // One action on an open form, e.g. {"press":"save"}; resolves with the final
 // outcome (null when the request failed and was reported).
-export function perform(formId, action) {
-  return api.serialize(() => guarded(formId, () => api.post(`/api/forms/${formId}/actions`, action)));
+export function perform(formId, action, options = {}) {
+  return api.serialize(() => guarded(formId, () => api.post(`/api/forms/${formId}/actions`, action), options));
 }
 
 // Opens an item; resolves with the outcome (state null when the item has no form).

@@ -15,6 +15,8 @@ import { confirmBox } from './dialogs.js';
 import { MODE_CAPTIONS } from './format.js';
 
 const PANELS = new Set(['card', 'printpanel', 'activeformpanel']);
+// The error a field raises for a value it refuses.
+const FIELD_REFUSAL = 380;
 
 function layoutSignature(state) {
   return JSON.stringify((state.controls || []).map((c) => [c.name, c.kind, c.frame, c.tab, c.pages || null]));
@@ -51,10 +53,50 @@ export class FormView {
       id: (name) => prefix + name,
       canEdit: (c) => c.enabled && c.visible && !c.locked && (!this.cardState || this.cardState.mode !== 0 || !c.binding),
       canEditGrid: (g) => g.enabled && !g.locked && (!this.cardState || this.cardState.mode !== 0),
-      set: (name, value) => this.perform({ set: name, value }),
+      set: (name, value) => this.setField(name, value),
       perform: (action) => this.perform(action),
       note: (text) => this.note(text),
     };
+  }
+
+  // Sends what was typed into a field. A value the field refuses (error 380)
+  // is told under the field, in the words of the refusal, and the focus goes
+  // back there to correct it; other errors come as the module's messages.
+  async setField(name, value) {
+    const out = await perform(this.formId, { set: name, value }, { fieldErrors: true });
+    if (out?.error?.number === FIELD_REFUSAL) {
+      this.markField(name, out.error.description);
+      this.widgets.get(name)?.focus();
+    } else if (out) {
+      this.markField(name, null);
+    }
+    return out;
+  }
+
+  // Shows `text` under the field `name` (null takes it away).
+  markField(name, text) {
+    const w = this.widgets.get(name);
+    if (!w) return;
+    let note = w.el.querySelector(':scope > .field-error');
+    if (!text) {
+      note?.remove();
+      w.el.classList.remove('has-error');
+      w.input?.removeAttribute('aria-invalid');
+      w.input?.removeAttribute('aria-describedby');
+      return;
+    }
+    if (!note) {
+      note = h('p', { class: 'field-error', role: 'alert', id: `f${this.formId}-${name}-error` });
+      w.el.append(note);
+    }
+    note.textContent = text;
+    w.el.classList.add('has-error');
+    w.input?.setAttribute('aria-invalid', 'true');
+    w.input?.setAttribute('aria-describedby', note.id);
+  }
+
+  clearFieldMarks() {
+    for (const name of this.widgets.keys()) this.markField(name, null);
   }
 
   // Sends the field being typed into, if changed, before a command runs.
@@ -316,7 +358,11 @@ export class FormView {
       box.hidden = !live.visible || ![...inner.children].some((x) => !x.hidden);
       box.classList.toggle('is-disabled', !live.enabled);
     }
-    if (!previous || previous.mode !== this.cardState?.mode || previous.key !== this.cardState?.key) this.onChange?.(this);
+    if (!previous || previous.mode !== this.cardState?.mode || previous.key !== this.cardState?.key) {
+      // Another record or mode: what was refused before no longer applies.
+      if (previous) this.clearFieldMarks();
+      this.onChange?.(this);
+    }
   }
 
   status() {

@@ -282,7 +282,13 @@ export function createGrid(c, ctx) {
   }
 
   async function popup(pos) {
-    const key = await showPopup(state.popup, { ...pos, label: `Azioni: ${state.caption || state.name}` });
+    // The form enables what can run in the card's state as the menu opens,
+    // so the items come fresh from the server, not from the last state.
+    const out = await ctx.perform({ grid: state.name, menu: true });
+    if (!out || out.error) return;
+    const items = out.result?.menu;
+    if (!items) return;
+    const key = await showPopup(items, { ...pos, label: `Azioni: ${state.caption || state.name}` });
     if (key) ctx.perform({ grid: state.name, popup: key });
   }
 

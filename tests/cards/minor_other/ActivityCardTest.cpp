@@ -127,9 +127,15 @@ TEST_F(ActivityCard, TheProRataComesFromTheLatestDefinitiveSettlementNeverFromTh
   Settlement(2025, 2, false, "A1", "70");
 
   ASSERT_TRUE(card->Load(Variant("A1")));
-  // Browsing: the commands would change nothing that is saved.
+  // Browsing: the commands would change nothing that is saved, and the menu
+  // a host shows offers them disabled.
+  ASSERT_TRUE(grid->PreparePopup());
+  EXPECT_FALSE(grid->Popup().Find("CalcolaProrata")->enabled);
+  EXPECT_FALSE(grid->Popup().Find("CalcolaPlafond")->enabled);
   EXPECT_THROW(Command("CalcolaProrata", 0), Error);
   ASSERT_TRUE(card->Edit());
+  ASSERT_TRUE(grid->PreparePopup());
+  EXPECT_TRUE(grid->Popup().Find("CalcolaProrata")->enabled);
   Command("CalcolaProrata", 0);
   Command("CalcolaProrata", 1);
   harness.dialog->Expect(21106, kAnswerOk, 64);

@@ -73,5 +73,35 @@ TEST(Fields, ARefusalFromValidateRestoresThePreviousValue) {
   EXPECT_EQ(province.Value().ToString(), "TO");
 }
 
+std::string RefusalOf(auto&& f) {
+  try {
+    f();
+  } catch (const Error& e) {
+    return e.Description();
+  }
+  return "";
+}
+
+TEST(Fields, RefusalsNameTheFieldByItsCaptionInWordsAUserReads) {
+  DateField date("dteFineValidita", "Fine Validità");
+  // Well written but not in the calendar is not a matter of format.
+  EXPECT_EQ(RefusalOf([&] { date.Type(Variant("31/02/2025")); }),
+            "Fine Validità: il giorno 31/02/2025 non esiste nel calendario");
+  EXPECT_EQ(RefusalOf([&] { date.Type(Variant("2025-13-01")); }),
+            "Fine Validità: il giorno 2025-13-01 non esiste nel calendario");
+  EXPECT_EQ(RefusalOf([&] { date.Type(Variant("domani")); }), "Fine Validità: la data va scritta gg/mm/aaaa");
+  EXPECT_EQ(RefusalOf([&] { date.Type(Variant("1/2/3/4")); }), "Fine Validità: la data va scritta gg/mm/aaaa");
+
+  TextField vat("txtPartitaIva", "Partita Iva:");
+  vat.SetAcceptedCharacters("0123456789");
+  EXPECT_EQ(RefusalOf([&] { vat.Type(Variant("12-3")); }), "Partita Iva: il carattere '-' non è ammesso");
+  TextField nameless("txtNascosto", "");
+  nameless.SetMaxLength(2);
+  EXPECT_EQ(RefusalOf([&] { nameless.Type(Variant("abc")); }), "Valore non valido: al massimo 2 caratteri");
+  nameless.SetLocked(true);
+  EXPECT_EQ(RefusalOf([&] { nameless.Type(Variant("a")); }),
+            "Valore non valido: non è modificabile in questo momento");
+}
+
 }  // namespace
 }  // namespace corvina20
