@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "FullTextFixture.h"
 #include "corvina20/Error.h"
 #include "data/Backend.h"
+#include "data/fulltext/FtsMirror.h"
 #include "data/fulltext/FtsRank.h"
 #include "data/fulltext/FtsTokenizer.h"
 #include "data/fulltext/FtsWords.h"
@@ -192,18 +194,19 @@ TEST_F(FullTextRank, TheCandidatePartsHoldEveryRowThatCanPassUnderFallingBounds)
       keys.push_back(row[0].ToBigInt());
     return keys;
   };
-  auto frequency = [&](const std::string& term) {
-    return c.Backend().Run("SELECT corvina_ft_frequency('STDAnagrafiche', 'RagioneSociale', ?)", {Variant(term)})
-        .rows[0][0].ToLong();
-  };
+  // The searched terms as the search weighs them, typos' neighbours
+  // included, from a mirror of the index on a connection of the test's own.
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open_v2(db_->Path().c_str(), &raw, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+  std::unique_ptr<sqlite3, int (*)(sqlite3*)> closer(raw, sqlite3_close);
+  data::fulltext::FullTextState state(raw);
   int split = 0;
   for (const std::string& text : {std::string("Rossi Trasporti Srl"), std::string("Quasimodo Ferramenta Snc"),
                                   db_->Parties()[41].ragioneSociale, db_->Parties()[1234].ragioneSociale,
                                   std::string("Fratelli Bellotti Costruzioni di Rossi Mario & C. Snc")})
     for (int floor : {1, 15, 31, 300}) {
-      std::vector<WeightedTerm> weighted;
-      for (const std::string& t : DistinctTerms(text))
-        weighted.push_back({t, data::fulltext::SearchedTermWeight(frequency(t), frequency("")), frequency(t) > 0});
+      std::vector<WeightedTerm> weighted =
+          data::fulltext::SearchedText(state.Mirror("STDAnagrafiche", "RagioneSociale"), text).Terms();
       std::vector<data::fulltext::CandidatePart> parts = data::fulltext::CandidateParts(weighted, floor, power);
       // Each row of the candidate query in the part of its heaviest term, and
       // ranked no higher than that part's bound.

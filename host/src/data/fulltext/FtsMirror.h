@@ -31,6 +31,14 @@
 
 namespace corvina20::data::fulltext {
 
+// The shortest term (a stem) typo tolerance considers: "ros" (of "Rosi")
+// against "ross" (of "Rossi"), never two terms of three letters.
+inline constexpr std::size_t kTypoMinLength = 3;
+
+// Whether `a` and `b` are at most one edit apart: a letter inserted, dropped
+// or changed, or two neighbouring letters swapped. True when they are equal.
+bool WithinOneEdit(std::string_view a, std::string_view b);
+
 class IndexMirror {
  public:
   // Nothing is read before the first Sync().
@@ -71,6 +79,17 @@ class IndexMirror {
     return {pool_.data() + s->offset, s->count};
   }
 
+  // The text of term `id`. REQUIRES: id a number this mirror gave.
+  const std::string& TermText(std::uint32_t id) const { return ids_.Text(id); }
+  // The terms some row holds that are one edit away from `term` (a letter
+  // inserted, dropped or changed, or two neighbours swapped), `term` itself
+  // left out, into `out` (replacing what it held). Only terms of the letters
+  // a-z, both at least kTypoMinLength long and one at least
+  // kTypoMinLength + 1, are neighbours: shorter ones are too often other
+  // words. Answered from a deletion-neighbourhood index of the vocabulary,
+  // made on the first call and kept up as rows add terms.
+  void Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const;
+
   // SELECT rowid FROM <index> WHERE <index> MATCH ?1, prepared once; the
   // caller runs it to the end and resets it.
   sqlite3_stmt* MatchStatement();
@@ -100,6 +119,8 @@ class IndexMirror {
    public:
     std::optional<std::uint32_t> Find(std::string_view term) const;
     std::uint32_t Intern(std::string_view term);  // its number, added when new
+    const std::string& Text(std::uint32_t id) const { return texts_[id]; }
+    std::size_t Size() const { return texts_.size(); }
     void Clear();
 
    private:
@@ -144,6 +165,14 @@ class IndexMirror {
   std::vector<std::uint32_t> scratch_;
   std::vector<FtsToken> tokens_;
 
+  // The deletion neighbourhood of the vocabulary: for every term of letters,
+  // the hash of the term and of each of its one-letter deletions, with the
+  // term's number. Sorted up to typoSorted_; keys of terms added since are
+  // appended and sorted in once there are many.
+  mutable std::vector<std::pair<std::uint64_t, std::uint32_t>> typoKeys_;
+  mutable std::size_t typoSorted_ = 0;
+  mutable std::size_t typoTerms_ = 0;  // the dictionary's terms covered
+
   int loads_ = 0, updates_ = 0;
 };
 
@@ -165,7 +194,11 @@ class FullTextState {
 };
 
 // The weighted terms of a searched text against one mirror, and the rank of
-// rows against it.
+// rows against it. A searched word no row holds, or one much rarer than a
+// term one edit away (kTypoFrequencyRatio), is taken for a typo: rows holding
+// the terms one edit away (IndexMirror::Neighbours) share it, credited
+// kTypoCredit of their weight, and it weighs in W(Q) what the heaviest of
+// them would be credited (or its own weight when some row holds it).
 class SearchedText {
  public:
   SearchedText(const IndexMirror& mirror, std::string_view text);
@@ -179,9 +212,16 @@ class SearchedText {
   double RankText(const IndexMirror& mirror, std::string_view row) const;
 
  private:
+  // Adds up a row's terms against the searched ones: `credit` per searched
+  // word, the best its terms in the row earn (exact or a neighbour).
+  double Score(double rowWeight, const std::vector<double>& credit) const;
+
   std::vector<WeightedTerm> terms_;
-  std::vector<std::uint32_t> ids_;      // the indexed terms' numbers
-  std::vector<double> idWeights_;       // and their weights
+  std::size_t words_ = 0;               // the searched words (not neighbours)
+  std::vector<std::uint32_t> ids_;      // the indexed terms' numbers, neighbours included
+  std::vector<std::string> idTexts_;    // their texts
+  std::vector<double> idWeights_;       // what a row holding each is credited
+  std::vector<std::uint32_t> idWord_;   // and for which searched word
   double weight_ = 0;                   // W(Q)
   double power_ = kNameLikenessPower;
 };

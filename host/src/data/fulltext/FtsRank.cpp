@@ -67,14 +67,17 @@ std::vector<CandidatePart> CandidateParts(const std::vector<WeightedTerm>& terms
   double queryWeight = 0;
   std::vector<const WeightedTerm*> indexed;
   for (const WeightedTerm& t : terms) {
-    queryWeight += t.weight;
+    if (!t.neighbour) queryWeight += t.weight;
     if (t.indexed) indexed.push_back(&t);
   }
   // Heaviest first, ties by term: the parts are deterministic.
   std::sort(indexed.begin(), indexed.end(), [](const WeightedTerm* a, const WeightedTerm* b) {
     return a->weight != b->weight ? a->weight > b->weight : a->term < b->term;
   });
-  std::vector<double> lighter(indexed.size() + 1, 0);  // the k-th and all lighter ones
+  // The k-th and all lighter ones. A searched word's neighbours add to the
+  // sum though a row is credited for one of them at most: the bound stays a
+  // bound, a little looser.
+  std::vector<double> lighter(indexed.size() + 1, 0);
   for (std::size_t k = indexed.size(); k-- > 0;) lighter[k] = lighter[k + 1] + indexed[k]->weight;
   std::vector<CandidatePart> parts;
   for (std::size_t k = 0; k < indexed.size(); ++k) {

@@ -66,10 +66,21 @@ int RoundRank(double score);
 // kUnheldTermWeight when df is 0.
 double SearchedTermWeight(double df, double rows);
 
+// What a term one edit away from a searched word (a typo's likely intended
+// word) is worth, as a share of its own weight: a little below an exact
+// match, so that one typo in a distinctive word keeps a duplicate above 30.
+inline constexpr double kTypoCredit = 0.9;
+// A searched word some rows hold is taken for a typo too when a term one
+// edit away is held by at least this many times as many rows.
+inline constexpr double kTypoFrequencyRatio = 3;
+
 struct WeightedTerm {
   std::string term;
-  double weight = 0;  // SearchedTermWeight
+  double weight = 0;  // SearchedTermWeight; for a neighbour, what a row holding it is credited
   bool indexed = false;  // some row of the index holds it (df > 0)
+  // A term one edit away from a searched word: rows holding it are
+  // candidates, but it is not a word of the searched text (not in W(Q)).
+  bool neighbour = false;
 };
 
 // The searched terms a row must hold one of to reach `minRank`, heaviest
