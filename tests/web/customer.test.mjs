@@ -4,58 +4,18 @@
 // saved key and ledger account seen on the card and in the database; then the
 // history-snapshot dialog shown modally over the card.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
-
-const USER = 'anna';
-const PASSWORD = 'Segreta-1';
+import { cardSession } from './support/card.mjs';
 
 let db;
-let server;
-let browser;
 let page;
-
-before(async () => {
-  db = createDatabase({ users: [[USER, PASSWORD]] });
-  server = await startServer(db.db);
-  browser = await launchBrowser();
-  page = await browser.context.newPage();
+const { panel, field, messageBox, modalForm, idle, logInAndOpen, typeField, typeCell } = cardSession((s) => {
+  ({ db, page } = s);
 });
-
-after(async () => {
-  await browser?.close();
-  await server?.stop();
-  db?.remove();
-});
-
-const panel = () => page.locator('.panel:not([hidden])');
-const field = (name) => panel().locator(`[data-control="${name}"] input`);
-const messageBox = () => page.locator('dialog.message-box[open]');
-const idle = () => page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
-
-async function typeField(name, value) {
-  await field(name).fill(value);
-  await field(name).press('Tab');
-  await idle();
-}
-
-// Types `value` into the cell of the grid's row `row` (1-based) and visible column `col`.
-async function typeCell(grid, row, col, value) {
-  await grid.locator(`tbody tr:nth-child(${row}) td:nth-of-type(${col})`).dblclick();
-  const editor = grid.locator('input.cell-editor');
-  await editor.fill(value);
-  await editor.press('Enter');
-  await idle();
-}
 
 test('a new customer with a bank row and an address: the account question and the warnings answered, the key and account shown', async () => {
-  await page.goto(server.url);
-  await page.fill('#login-user', USER);
-  await page.fill('#login-password', PASSWORD);
-  await page.click('.login-submit');
-  await page.click('.menu-item[data-item="AnagraficaClienti"]');
-  await panel().locator('.card-toolbar').waitFor();
+  await logInAndOpen('AnagraficaClienti');
 
   await page.click('.panel:not([hidden]) [data-tool="new"]');
   await page.waitForSelector('.panel:not([hidden]) .form-view.mode-new');
@@ -114,7 +74,6 @@ test('a new customer with a bank row and an address: the account question and th
     [{ Descrizione: 'Officine Brambilla S.r.l.' }]);
 });
 
-const modalForm = () => page.locator('dialog.modal-form[open]');
 const snapshots = (id) => db.sql(`SELECT IdRiga, date(DataAnagrafica) AS Data, Indirizzo FROM STDAnagraficheStorico WHERE IdAnagrafica = ${id} ORDER BY IdRiga`);
 
 // Edits the shown customer's address and saves, accepting the warnings,

@@ -4,54 +4,19 @@
 // the account question answered, then the rows written; and the bank grid's
 // own "Ricerca Banca" on the supplier saved, searching by ABI and CAB.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
-
-const USER = 'anna';
-const PASSWORD = 'Segreta-1';
+import { cardSession } from './support/card.mjs';
 
 let db;
-let server;
-let browser;
 let page;
-
-before(async () => {
-  db = createDatabase({ users: [[USER, PASSWORD]] });
-  server = await startServer(db.db);
-  browser = await launchBrowser();
-  page = await browser.context.newPage();
+const { panel, field, messageBox, modalForm, idle, logInAndOpen, typeField, typeCell } = cardSession((s) => {
+  ({ db, page } = s);
 });
 
-after(async () => {
-  await browser?.close();
-  await server?.stop();
-  db?.remove();
-});
-
-const panel = () => page.locator('.panel:not([hidden])');
-const field = (name) => panel().locator(`[data-control="${name}"] input`);
-const messageBox = () => page.locator('dialog.message-box[open]');
-const modalForm = () => page.locator('dialog.modal-form[open]');
 const menu = () => page.locator('.popup-menu');
 const banks = () => panel().locator('[data-control="BdyBancheFornitore"]');
-const idle = () => page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
 const cellText = (grid, row, col) => grid.locator(`tbody tr:nth-child(${row}) td:nth-of-type(${col})`).textContent();
-
-async function typeField(name, value) {
-  await field(name).fill(value);
-  await field(name).press('Tab');
-  await idle();
-}
-
-// Types `value` into the cell of the grid's row `row` (1-based) and visible column `col`.
-async function typeCell(grid, row, col, value) {
-  await grid.locator(`tbody tr:nth-child(${row}) td:nth-of-type(${col})`).dblclick();
-  const editor = grid.locator('input.cell-editor');
-  await editor.fill(value);
-  await editor.press('Enter');
-  await idle();
-}
 
 // In the bank search dialog: searches `text`, picks the listed branch `row`
 // (1-based) and hands it to the card with Seleziona.
@@ -72,12 +37,7 @@ async function chooseBranch(text, row) {
 }
 
 test('a new supplier with its bank chosen in the bank search: the account question answered, the rows written', async () => {
-  await page.goto(server.url);
-  await page.fill('#login-user', USER);
-  await page.fill('#login-password', PASSWORD);
-  await page.click('.login-submit');
-  await page.click('.menu-item[data-item="AnagraficaFornitori"]');
-  await panel().locator('.card-toolbar').waitFor();
+  await logInAndOpen('AnagraficaFornitori');
 
   await page.click('.panel:not([hidden]) [data-tool="new"]');
   await page.waitForSelector('.panel:not([hidden]) .form-view.mode-new');
