@@ -263,7 +263,8 @@ void AnagraficaClienti::OnActionInside(int operation) {
       if (crdAnagraficaClienti.Mode() == corvina20::kModeNew) record->Fields("Cliente") = Variant(true);
       AssignKeyAtSave(crdAnagraficaClienti, numIdAnagrafica, settings_, state_.takenOver);
       if (state_.openAccount)
-        OpenAccountAtSave(crdAnagraficaClienti, CustomerRole(), settings_, cdoConto, TextOf(txtRagioneSociale1.Value()));
+        OpenAccountAtSave(crdAnagraficaClienti, CustomerRole(), settings_, cdoConto,
+                          TextOf(txtRagioneSociale1.Value()));
     } else if (operation == corvina20::kOpDelete) {
       DeletePartyRole(crdAnagraficaClienti, CustomerRole(), cdoConto.Value(), state_.deleteAccount);
     }

@@ -48,14 +48,14 @@ void AddAddressColumns(corvina20::VxBody& grid) {
   tipo.entries = {{"Sped. Fattura", Variant(std::int16_t{0})},
                   {"Sped. Merce", Variant(std::int16_t{1})},
                   {"Sped. Riba", Variant(std::int16_t{2})}};
-  for (GridColumn c : {GridReadOnly(GridCol("NrIndirizzo", "Nr.", ControlKind::Integer)), tipo,
-                       GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
-                       GridCol("Indirizzo", "Indirizzo"), GridCol("Cap", "C.A.P."), GridCol("Citta", "Città"),
-                       GridCol("Provincia", "Prov"), GridCol("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
-                       GridCol("Telefono", "Telefono"), GridCol("E_mail", "E@mail"),
-                       GridCol("IdAgente1", "Agente 1", ControlKind::Integer),
-                       GridCol("IdAgente2", "Agente 2", ControlKind::Integer), GridCheck("Default", "Default"),
-                       GridHidden("IdIndirizzo"), GridHidden("IdAnagrafica")})
+  for (GridColumn c :
+       {GridReadOnly(GridCol("NrIndirizzo", "Nr.", ControlKind::Integer)), tipo,
+        GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
+        GridCol("Indirizzo", "Indirizzo"), GridCol("Cap", "C.A.P."), GridCol("Citta", "Città"),
+        GridCol("Provincia", "Prov"), GridCol("CodNazione", "Naz.", ControlKind::Lookup, true, "Nazioni"),
+        GridCol("Telefono", "Telefono"), GridCol("E_mail", "E@mail"),
+        GridCol("IdAgente1", "Agente 1", ControlKind::Integer), GridCol("IdAgente2", "Agente 2", ControlKind::Integer),
+        GridCheck("Default", "Default"), GridHidden("IdIndirizzo"), GridHidden("IdAnagrafica")})
     grid.AddColumn(c);
 }
 
