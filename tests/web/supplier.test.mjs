@@ -52,7 +52,9 @@ test('a new supplier with its bank chosen in the bank search: the account questi
   await panel().locator('[role="tab"]', { hasText: 'Banche/Indirizzi' }).click();
   await panel().locator('[data-tool="popup"]').click();
   await menu().waitFor();
-  await menu().locator('.popup-item[data-key="&Abilita Ricerca Banca"]').click();
+  const search = menu().locator('.popup-item[data-key="&Abilita Ricerca Banca"]');
+  assert.equal(await search.textContent(), 'Abilita Ricerca Banca', 'the accelerator mark is not shown');
+  await search.click();
   await chooseBranch('bologna', 2);
   await banks().locator('tbody tr').first().waitFor();
   assert.equal(await cellText(banks(), 1, 1), 'UniCredit');
@@ -93,7 +95,8 @@ test('the bank grid\'s own "Ricerca Banca" on the supplier saved fills a second 
   const id = Number(await panel().locator('[data-control="numIdAnagrafica"] input').inputValue());
   await panel().locator('[role="tab"]', { hasText: 'Banche/Indirizzi' }).click();
   await banks().locator('button', { hasText: 'Aggiungi riga' }).click();
-  await banks().locator('tbody tr').first().waitFor();
+  // The saved bank is row 1; the added row shows once the server answers.
+  await banks().locator('tbody tr').nth(1).waitFor();
   const row = await banks().locator('tbody tr').count();
   assert.equal(row, 2);
   await banks().locator(`tbody tr:nth-child(${row}) td`).first().click({ button: 'right' });

@@ -5,6 +5,12 @@
 
 import { h } from './dom.js';
 
+// A module's caption may mark its keyboard accelerator with "&" ("&Abilita
+// Ricerca Banca"); the menu shows the text without it ("&&" is a real "&").
+export function menuCaption(caption) {
+  return String(caption).replace(/&(&?)/g, (m, amp) => amp);
+}
+
 export function visibleItems(items) {
   const shown = (items || []).filter((i) => i.visible !== false);
   // No separator at either end or twice in a row.
@@ -19,7 +25,7 @@ export function showPopup(items, { x, y, anchor = null, label = 'Menu' }) {
     const entries = [];
     for (const item of list) {
       if (item.caption === '-') { menu.append(h('div', { class: 'popup-separator', role: 'separator' })); continue; }
-      const b = h('button', { type: 'button', role: 'menuitem', class: 'popup-item', disabled: item.enabled === false, dataset: { key: item.key }, tabindex: -1 }, item.caption);
+      const b = h('button', { type: 'button', role: 'menuitem', class: 'popup-item', disabled: item.enabled === false, dataset: { key: item.key }, tabindex: -1 }, menuCaption(item.caption));
       b.addEventListener('click', () => finish(item.key));
       entries.push(b);
       menu.append(b);
