@@ -76,6 +76,9 @@ function note(text) {
   ui.notice.classList.add('flash');
 }
 
+// The width under which the menu lies over the forms (as in app.css).
+const narrow = () => window.matchMedia('(max-width: 900px)').matches;
+
 function buildShell() {
   const filter = h('input', { type: 'search', class: 'menu-filter', placeholder: 'Filtra il menu', 'aria-label': 'Filtra il menu', 'aria-keyshortcuts': 'Alt+M' });
   const menu = h('nav', { class: 'menu', 'aria-label': 'Menu del modulo' });
@@ -88,6 +91,9 @@ function buildShell() {
     h('ul', { class: 'shortcuts' },
       ...[['F3', 'Nuova scheda'], ['F2', 'Modifica'], ['F9 / Ctrl+S', 'Salva'], ['Esc', 'Annulla le modifiche'], ['F8', 'Elimina'], ['PagSu / PagGiù', 'Scheda precedente / successiva'], ['Ctrl+F', 'Cerca una scheda'], ['F4', 'Elenco di ricerca di un campo codificato'], ['Invio', 'Campo successivo'], ['Alt+M', 'Menu'], ['Alt+W', 'Chiudi la maschera']]
         .map(([k, t]) => h('li', null, h('kbd', null, k), h('span', null, t)))));
+  const workspace = h('section', { class: 'workspace' }, tabs, panels);
+  // On a narrow screen a touch on the forms puts the menu away.
+  workspace.addEventListener('pointerdown', () => ui?.shell.classList.remove('menu-open'));
   const userName = h('span', { class: 'user-name' });
   const logout = h('button', { type: 'button', class: 'topbar-button', title: 'Esci' }, icon('logout'), h('span', null, 'Esci'));
   const toggle = h('button', { type: 'button', class: 'topbar-button icon-only', title: 'Mostra o nascondi il menu', 'aria-label': 'Mostra o nascondi il menu' }, icon('menu'));
@@ -99,10 +105,16 @@ function buildShell() {
     h('header', { class: 'topbar' }, toggle, h('span', { class: 'brand-mark small' }, 'C'), h('span', { class: 'app-title' }, 'Corvina', h('small', null, 'Anagrafiche Vantor20')),
       h('span', { class: 'spacer' }), h('span', { class: 'user' }, icon('user'), userName), logout),
     progress,
-    h('div', { class: 'main' }, sidebar, h('section', { class: 'workspace' }, tabs, panels)),
+    h('div', { class: 'main' }, sidebar, workspace),
     h('footer', { class: 'statusbar' }, mode, key, notice));
   panels.append(welcome);
-  toggle.addEventListener('click', () => shell.classList.toggle('menu-hidden'));
+  // A wide screen keeps the menu beside the forms (the button hides it); a
+  // narrow one lays it over them, opened by the button and closed again as
+  // soon as an item is chosen.
+  toggle.addEventListener('click', () => {
+    if (narrow()) shell.classList.toggle('menu-open');
+    else shell.classList.toggle('menu-hidden');
+  });
   logout.addEventListener('click', doLogout);
   filter.addEventListener('input', () => drawMenu(filter.value));
   filter.addEventListener('keydown', (e) => {
@@ -148,7 +160,10 @@ function drawMenu(filterText = '') {
         class: 'menu-item',
         title: item.name,
         dataset: { item: item.name, kind: group.kind },
-        onclick: () => open(item.name, group.kind),
+        onclick: () => {
+          ui.shell.classList.remove('menu-open');
+          open(item.name, group.kind);
+        },
       }, icon(KIND_ICONS[group.kind] || 'card'), h('span', null, item.caption)))));
     ui.menu.append(h('section', { class: 'menu-group', dataset: { kind: group.kind } },
       h('h2', { class: 'menu-group-title' }, group.caption, h('span', { class: 'count' }, String(items.length))), list));
@@ -320,7 +335,12 @@ api.onSessionLost(() => {
 
 document.addEventListener('keydown', (e) => {
   if (!ui || !app.user || document.querySelector('dialog[open]')) return;
-  if (e.altKey && !e.ctrlKey && (e.key === 'm' || e.key === 'M')) { e.preventDefault(); ui.filter.focus(); ui.filter.select(); }
+  if (e.altKey && !e.ctrlKey && (e.key === 'm' || e.key === 'M')) {
+    e.preventDefault();
+    if (narrow()) ui.shell.classList.add('menu-open');
+    ui.filter.focus();
+    ui.filter.select();
+  }
   if (e.altKey && !e.ctrlKey && (e.key === 'w' || e.key === 'W') && app.active != null) { e.preventDefault(); requestClose(app.active); }
   // With nothing focused (after a click on an empty spot) the keys still reach the form shown.
   if (!e.defaultPrevented && (e.target === document.body || e.target === document.documentElement)) app.views.get(app.active)?.view.onKey(e);

@@ -50,10 +50,24 @@ export function createCardToolbar(view) {
   const menuButton = h('button', { type: 'button', class: 'tool', title: 'Altre azioni della scheda', 'aria-haspopup': 'menu', dataset: { tool: 'popup' } }, icon('more'), h('span', null, 'Azioni'));
   menuButton.addEventListener('click', () => view.cardPopup({ anchor: menuButton }));
 
-  const popupGroup = h('div', { class: 'tool-group' }, menuButton);
+  // On a narrow screen the buttons fold into one menu (app.css hides them
+  // and shows this one); the menu offers what the buttons offer, in their state.
+  const commandsButton = h('button', { type: 'button', class: 'tool commands-button', title: 'Comandi della scheda', 'aria-haspopup': 'menu', dataset: { tool: 'commands' } }, icon('menu'), h('span', null, 'Comandi'));
+  commandsButton.addEventListener('click', async () => {
+    const order = ['new', 'edit', 'save', 'delete', 'cancel', '-', 'first', 'previous', 'next', 'last'];
+    const items = order.map((k) => (k === '-' ? { key: '', caption: '-' }
+      : { key: k, caption: buttons[k].getAttribute('aria-label'), enabled: !buttons[k].disabled }));
+    if (!popupGroup.hidden) items.push({ key: '', caption: '-' }, { key: 'popup', caption: 'Azioni della scheda…' });
+    const key = await showPopup(items, { anchor: commandsButton, label: 'Comandi della scheda' });
+    if (key === 'popup') view.cardPopup({ anchor: commandsButton });
+    else if (key) buttons[key].click();
+  });
+
+  const popupGroup = h('div', { class: 'tool-group popup-group' }, menuButton);
   const el = h('div', { class: 'toolbar card-toolbar', role: 'toolbar', 'aria-label': 'Comandi della scheda' },
-    h('div', { class: 'tool-group' }, buttons.new, buttons.edit, buttons.save, buttons.delete, buttons.cancel),
-    h('div', { class: 'tool-group' }, buttons.first, buttons.previous, buttons.next, buttons.last),
+    h('div', { class: 'tool-group commands-group' }, commandsButton),
+    h('div', { class: 'tool-group record-group' }, buttons.new, buttons.edit, buttons.save, buttons.delete, buttons.cancel),
+    h('div', { class: 'tool-group move-group' }, buttons.first, buttons.previous, buttons.next, buttons.last),
     h('div', { class: 'tool-group find-group' }, findInput, findButton),
     popupGroup);
 
