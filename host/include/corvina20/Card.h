@@ -48,6 +48,38 @@ struct CardRecordRef {
   std::string display;
 };
 
+// A column of a card's record list: a column of its main table and the
+// caption shown over it.
+struct ListColumn {
+  std::string field;
+  std::string caption;
+};
+
+// What a record list shows: the records matching `search` (the key equal to
+// it, or the name, VAT number, fiscal code, town or phone containing it, for
+// the columns the main table has) and every filter (the list column `field`
+// containing `text`), ordered by `sortField` (a list column; "" for the key)
+// and then by the key.
+struct ListQuery {
+  struct Filter {
+    std::string field;
+    std::string text;
+  };
+  std::string search;
+  std::vector<Filter> filters;
+  std::string sortField;
+  bool descending = false;
+};
+
+// One page of a record list. `next` is the cursor of the page after this one
+// (the last row's sort value and key), empty when no row follows.
+struct ListPage {
+  std::vector<ListColumn> columns;
+  std::vector<Variant> keys;
+  std::vector<std::vector<Variant>> rows;  // values in column order
+  std::vector<Variant> next;
+};
+
 class Card : public Control {
  public:
   // REQUIRES: the form outlives the card (the card is one of its controls).
@@ -124,6 +156,24 @@ class Card : public Control {
   // kErrHost for an unknown or disabled key.
   void SelectPopupItem(const std::string& key);
 
+  // ---- Record list (CardList.cpp) ----
+  // The columns of the card's record list, as the form names them; by
+  // default the key, the name field, VAT number, town and province, those of
+  // them the main table has, each captioned as the form's control bound to
+  // it (else by its column name).
+  void SetListColumns(std::vector<ListColumn> columns) { listColumns_ = std::move(columns); }
+  std::vector<ListColumn> ListColumns() const;
+  // A page of at most `limit` records of the list `query` (the card's record
+  // condition always applies), starting after `after` (a page's `next`;
+  // empty for the first page). Pages are read by key set (an index range),
+  // never by skipping rows. Raises kErrHost for a sort or filter field that is
+  // not a list column, or a cursor that is not two values.
+  ListPage List(const ListQuery& query, const std::vector<Variant>& after = {}, int limit = 50);
+  // From now on the moves (first, previous, next, last) go through the
+  // records of `query` in its order, as the list shows them; an empty query
+  // brings back the key order over every record. Validated as List does.
+  void FollowList(const ListQuery& query);
+
   // ---- State ----
   int Mode() const { return mode_; }
   bool HasRecord() const;
@@ -154,6 +204,15 @@ class Card : public Control {
   void ClearFields();
   void LoadGrids(const Variant& key);
   bool Navigate(bool forward, bool fromCurrent);
+  // The WHERE text (without WHERE; "" when none) and its parameters of the
+  // list `query`, the record condition included.
+  std::string ListWhere(const ListQuery& query, std::vector<Variant>& params) const;
+  // The condition that keeps the rows after `cursor` (sort value, key) in the
+  // order of `sortField` (descending or not), with its parameters appended.
+  std::string AfterCursor(const std::string& sortField, bool descending, const std::vector<Variant>& cursor,
+                          std::vector<Variant>& params) const;
+  std::string OrderBy(const std::string& sortField, bool descending) const;
+  void CheckListField(const std::string& field) const;
   std::vector<Control*> BoundControls() const;
   // The recordset and column a binding names; nullptr when the card has no
   // such table.
@@ -178,6 +237,8 @@ class Card : public Control {
   std::vector<Satellite> satellites_;
   std::vector<VxBody*> grids_;
   PopupMenu popup_;
+  std::vector<ListColumn> listColumns_;
+  ListQuery following_;  // the list the moves follow
 };
 
 }  // namespace corvina20

@@ -293,6 +293,42 @@ json Workspace::Grid(const json& action) {
   return result;
 }
 
+json Workspace::List(const json& request) {
+  OpenedItem& f = Current();
+  if (!f.card) Bad("la maschera non ha una scheda");
+  if (!request.is_object()) Bad("\"list\" vuole un oggetto (search, filters, sort, descending, after, limit)");
+  ListQuery query;
+  query.search = request.value("search", "");
+  if (request.contains("filters")) {
+    const json& filters = request.at("filters");
+    if (!filters.is_object()) Bad("\"filters\" vuole un oggetto colonna: testo");
+    for (auto it = filters.begin(); it != filters.end(); ++it)
+      query.filters.push_back({it.key(), it.value().is_string() ? it.value().get<std::string>() : it.value().dump()});
+  }
+  query.sortField = request.value("sort", "");
+  query.descending = request.value("descending", false);
+  std::vector<Variant> after;
+  if (request.contains("after") && !request.at("after").is_null())
+    for (const auto& v : request.at("after")) after.push_back(FromJson(v));
+  int limit = request.value("limit", 50);
+  if (limit < 1 || limit > 500) Bad("\"limit\" va da 1 a 500");
+  ListPage page = f.card->List(query, after, limit);
+  // The first page of a list is what the user now looks at: the card's
+  // moves follow it.
+  if (after.empty()) f.card->FollowList(query);
+  json columns = json::array();
+  for (const auto& c : page.columns) columns.push_back({{"field", c.field}, {"caption", c.caption}});
+  json rows = json::array();
+  for (std::size_t i = 0; i < page.rows.size(); ++i) {
+    json values = json::array();
+    for (const auto& v : page.rows[i]) values.push_back(ToJson(v));
+    rows.push_back({{"key", ToJson(page.keys[i])}, {"values", values}});
+  }
+  json next = nullptr;
+  if (!page.next.empty()) next = json::array({ToJson(page.next[0]), ToJson(page.next[1])});
+  return {{"list", {{"columns", columns}, {"rows", rows}, {"next", next}}}};
+}
+
 void Workspace::OpenRequested(std::string_view name, const std::vector<Variant>& args) {
   std::string kind, caption(name);
   for (const CatalogueItem& item : ReadItemCatalogue())
@@ -401,6 +437,7 @@ json Workspace::Perform(const json& action, const Emit& emit) {
       found.push_back({{"key", ToJson(r.key)}, {"display", r.display}});
     return {{"found", found}};
   }
+  if (action.contains("list")) return List(action.at("list"));
   if (action.contains("lookup")) {
     std::string name = action.at("lookup").get<std::string>();
     auto* code = Find<VxCode>(*Current().GetForm(), name);

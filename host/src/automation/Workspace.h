@@ -98,6 +98,8 @@ class Workspace {
   nlohmann::ordered_json Open(const nlohmann::ordered_json& action);
   nlohmann::ordered_json Press(const std::string& button);
   nlohmann::ordered_json Grid(const nlohmann::ordered_json& action);
+  // {"list":{…}}: a page of the current card's record list (docs/script.md).
+  nlohmann::ordered_json List(const nlohmann::ordered_json& request);
   // Session::ShowModalForm as the workspace serves it (see the top).
   void ShowModal(std::unique_ptr<OpenedItem> opened);
   // Session::OpenItem as the workspace serves it: an item of the module

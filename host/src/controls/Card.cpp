@@ -370,28 +370,6 @@ bool Card::Load(const Variant& key) {
   return true;
 }
 
-bool Card::Navigate(bool forward, bool fromCurrent) {
-  std::string sql = "SELECT TOP 1 " + keyField_ + " FROM " + mainTable_;
-  std::vector<Variant> params;
-  std::string where;
-  if (!condition_.empty()) where = "(" + condition_ + ")";
-  if (fromCurrent) {
-    Variant from = previousKey_;
-    if (HasRecord()) from = KeyValue();
-    if (from.IsNull() || from.IsEmpty()) return false;
-    if (!where.empty()) where += " AND ";
-    where += keyField_ + (forward ? " > ?" : " < ?");
-    params.push_back(from);
-  }
-  if (!where.empty()) sql += " WHERE " + where;
-  sql += " ORDER BY " + keyField_ + (forward ? "" : " DESC");
-  auto rs = connection_->OpenRecordset(sql, params);
-  if (rs->IsEOF()) return false;
-  if (!ShowKey(rs->Fields(std::size_t{0}).Value(), false)) return false;
-  if (Reposition) Reposition();
-  return true;
-}
-
 bool Card::MoveFirst() {
   RequireMode(mode_ == kModeBrowse, "primo");
   return Navigate(true, false);

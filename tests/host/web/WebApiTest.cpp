@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "corvina20/Error.h"
 #include "corvina20/HostParameters.h"
 #include "data/Database.h"
 #include "support/TestSupport.h"
@@ -123,6 +124,43 @@ TEST_F(WebApi, WithoutASessionEveryRouteButLoginAnswers401) {
   EXPECT_EQ(anna.Post("/api/forms", {{"open", "AnagraficaVettori"}})->status, 200);
   EXPECT_EQ(anna.Post("/api/logout", json::object())->status, 200);
   EXPECT_EQ(anna.Get("/api/items")->status, 401);
+}
+
+TEST_F(WebApi, TheRecordListComesInPagesAndItsSearchAndFilterNarrowIt) {
+  StartServer(1800, true);
+  Browser anna(port);
+  ASSERT_EQ(anna.Login("anna", "segreta1"), 200);
+  int form = anna.OpenCarriers();
+  const long carriers = Count("Vettore = 1");
+  ASSERT_GT(carriers, 2);
+
+  // Pages of two, each after the last row of the one before, until none follows.
+  std::vector<long> seen;
+  json after = nullptr;
+  do {
+    json out = anna.Act(form, {{"list", {{"sort", "RagioneSociale"}, {"limit", 2}, {"after", after}}}});
+    ASSERT_TRUE(out["error"].is_null()) << out.dump();
+    const json& list = out["result"]["list"];
+    EXPECT_EQ(list["columns"][1]["caption"], "Ragione Sociale");
+    EXPECT_LE(list["rows"].size(), 2u);
+    for (const auto& row : list["rows"]) seen.push_back(row["key"].get<long>());
+    after = list["next"];
+  } while (!after.is_null() && seen.size() < 1000);
+  EXPECT_EQ(static_cast<long>(seen.size()), carriers);
+  EXPECT_EQ(QueryLong(db, "SELECT TOP 1 IdAnagrafica FROM STDAnagrafiche WHERE Vettore = 1 "
+                          "ORDER BY RagioneSociale, IdAnagrafica"), seen.front());
+
+  // A town searched, then a column filter: only carriers of that town.
+  json town = anna.Act(form, {{"list", {{"search", "milano"}}}})["result"]["list"];
+  ASSERT_FALSE(town["rows"].empty());
+  for (const auto& row : town["rows"]) EXPECT_EQ(row["values"][3], "Milano") << row.dump();
+  EXPECT_EQ(anna.Act(form, {{"list", {{"filters", {{"Citta", "milano"}}}}}})["result"]["list"]["rows"], town["rows"]);
+  // The card's moves now follow that list.
+  json moved = anna.Act(form, {{"press", "first"}});
+  EXPECT_EQ(moved["result"]["key"], town["rows"][0]["key"]);
+
+  json wrong = anna.Act(form, {{"list", {{"sort", "Note"}}}});
+  EXPECT_EQ(wrong["error"]["number"], kErrHost);
 }
 
 TEST_F(WebApi, RepeatedFailedLoginsAreSlowedDown) {
