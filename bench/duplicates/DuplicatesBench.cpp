@@ -24,6 +24,12 @@
 //              and town (as a party typed anew; the codes would find planted
 //              duplicates by equality): precision and recall of the planted
 //              duplicates, as counters
+//   Variants   the duplicate search on originals typed again as a second
+//              clerk would (kVariantCards per kind, name and town, as a new
+//              party): an inflected form (singular for plural, -a for -e ...),
+//              a form of the thesaurus ("&" for "e", "F.lli" for "Fratelli"),
+//              a letter dropped from, or two letters swapped in, the name's
+//              rarest word. Recall per kind, precision per kind and overall.
 // Every benchmark reports peak_MB, the process's peak resident memory so far
 // (getrusage): sizes run in increasing order, so each figure is its size's.
 // DUPLICATES_BENCH_VERBOSE=1 prints each row Quality counts against precision.
@@ -31,9 +37,12 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
+#include <cstring>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -50,6 +59,7 @@
 #include "data/Backend.h"
 #include "data/Database.h"
 #include "data/fulltext/FtsIndexes.h"
+#include "data/fulltext/FtsTokenizer.h"
 #include "data/schema/Schema.h"
 #include "items/ModuleLoader.h"
 #include "session/Dialog.h"
@@ -64,6 +74,7 @@ using corvina20::Variant;
 
 constexpr int kCards = 400;         // timed cards per size
 constexpr int kQualityCards = 200;  // planted duplicates scored, and as many originals
+constexpr int kVariantCards = 100;  // originals typed again, per variant kind
 constexpr int kThreshold = 30;      // ModalitaRicercaAnagrafica of the demo
 constexpr const char* kParties = "STDAnagrafiche";
 constexpr const char* kLeads = "CRMAnagrafiche";
@@ -102,6 +113,7 @@ struct Register {
   std::vector<CardValues> cards;
   std::vector<std::vector<std::pair<std::string, std::string>>> bare;  // per card: (sql, MATCH text)
   std::vector<QualityCard> quality;
+  std::vector<std::pair<std::string, std::vector<QualityCard>>> variants;  // per kind
   int bareQueries = 0;  // over all cards
 };
 
@@ -243,6 +255,93 @@ std::vector<std::pair<std::string, std::string>> BareQueries(Register& r, const 
   return out;
 }
 
+// --- names typed again ----------------------------------------------------------
+
+std::vector<std::string> Words(const std::string& name) {
+  std::vector<std::string> out;
+  std::stringstream in(name);
+  for (std::string w; in >> w;) out.push_back(w);
+  return out;
+}
+
+std::string JoinWords(const std::vector<std::string>& words) {
+  std::string out;
+  for (const std::string& w : words) out += (out.empty() ? "" : " ") + w;
+  return out;
+}
+
+bool PlainWord(const std::string& w, std::size_t least) {
+  return w.size() >= least && std::all_of(w.begin(), w.end(), [](char c) { return std::isalpha(static_cast<unsigned char>(c)); });
+}
+
+// The name's trade in the singular, as a clerk may write it: "Trasporti"
+// "Trasporto", "Ceramiche" "Ceramica", "Costruzioni" "Costruzione",
+// "Serramenti" "Serramento". Only the generator's trades in the plural are
+// changed ("Immobiliare" is an adjective, "Rossi" a surname).
+std::string Inflected(const std::string& name) {
+  static const char* const kTrades[] = {
+      "Trasporti", "Costruzioni", "Impianti",     "Ceramiche", "Serramenti", "Autotrasporti", "Arredamenti",
+      "Verniciature", "Calzature", "Consulenze", "Minuterie", "Ricambi",   "Marmi",      "Metalli",
+      "Servizi",   "Automazioni", "Stampi"};
+  static const std::pair<const char*, const char*> kEndings[] = {
+      {"zioni", "zione"}, {"che", "ca"}, {"ghi", "go"}, {"ure", "ura"}, {"enze", "enza"}, {"ie", "ia"}, {"i", "o"}};
+  std::vector<std::string> words = Words(name);
+  for (std::string& w : words) {
+    if (std::find(std::begin(kTrades), std::end(kTrades), w) == std::end(kTrades)) continue;
+    for (const auto& [from, to] : kEndings)
+      if (w.ends_with(from)) {
+        w = w.substr(0, w.size() - std::strlen(from)) + to;
+        return JoinWords(words);
+      }
+  }
+  return "";
+}
+
+// A form of the thesaurus written the other way: "&" "e", "F.lli" "Fratelli".
+std::string OtherForm(const std::string& name) {
+  std::vector<std::string> words = Words(name);
+  bool changed = false;
+  for (std::string& w : words) {
+    if (w == "&") w = "e";
+    else if (w == "F.lli") w = "Fratelli";
+    else if (w == "Fratelli") w = "F.lli";
+    else continue;
+    changed = true;
+  }
+  return changed ? JoinWords(words) : "";
+}
+
+// One typo in the name's rarest word of five letters or more: its middle
+// letter dropped (`swap` false) or swapped with the one before.
+std::string Mistyped(Connection& c, const std::string& name, bool swap) {
+  std::vector<std::string> words = Words(name);
+  std::string* rarest = nullptr;
+  long least = 0;
+  for (std::string& w : words) {
+    if (!PlainWord(w, 5)) continue;
+    std::vector<std::string> terms = corvina20::data::fulltext::DistinctTerms(w);
+    long df = c.Backend()
+                  .Run("SELECT corvina_ft_frequency('STDAnagrafiche', 'RagioneSociale', ?)", {Variant(terms.at(0))})
+                  .rows[0][0]
+                  .ToLong();
+    if (!rarest || df < least) {
+      rarest = &w;
+      least = df;
+    }
+  }
+  if (!rarest) return "";
+  std::string& w = *rarest;
+  std::size_t at = w.size() / 2;
+  if (!swap) {
+    w.erase(at, 1);
+  } else {
+    if (std::tolower(static_cast<unsigned char>(w[at - 1])) == std::tolower(static_cast<unsigned char>(w[at]))) ++at;
+    if (at + 1 >= w.size()) return "";
+    std::swap(w[at - 1], w[at]);
+  }
+  return JoinWords(words);
+}
+
 std::unique_ptr<Register> g_register;
 
 void Bind(Register& r) {
@@ -313,6 +412,36 @@ Register& RegisterOf(std::size_t n) {
     while (originalOf.count(id)) ++id;
     addQuality(id);
   }
+
+  // Variant cards: originals evenly over the register, each kind from the
+  // first original at or after its place that the kind applies to.
+  std::vector<std::pair<std::string, std::function<std::string(const std::string&)>>> kinds{
+      {"inflection", Inflected},
+      {"thesaurus", OtherForm},
+      {"dropped", [&](const std::string& name) { return Mistyped(c, name, false); }},
+      {"swapped", [&](const std::string& name) { return Mistyped(c, name, true); }}};
+  for (const auto& [kind, rewrite] : kinds) {
+    std::vector<QualityCard> cards;
+    std::set<std::int32_t> used;
+    for (int i = 0; i < kVariantCards; ++i) {
+      auto id = static_cast<std::int32_t>(static_cast<std::size_t>(i) * n / kVariantCards + 11);
+      for (; id <= static_cast<std::int32_t>(n); ++id) {
+        if (originalOf.count(id) || used.count(id)) continue;
+        CardValues v = ReadCard(c, id);
+        std::string typed = rewrite(v.name);
+        if (typed.empty() || typed == v.name) continue;
+        QualityCard q;
+        q.values.name = typed;  // a new party: no id
+        q.values.city = v.city;
+        q.truth.insert(id);
+        for (std::int32_t d : group[id]) q.truth.insert(d);
+        cards.push_back(std::move(q));
+        used.insert(id);
+        break;
+      }
+    }
+    r->variants.push_back({kind, std::move(cards)});
+  }
   if (!r->dialog->Problems().empty()) Fail("the module showed: " + r->dialog->Problems());
   g_register = std::move(r);
   return *g_register;
@@ -367,37 +496,70 @@ void FirstCard(benchmark::State& state) {
   state.counters["peak_MB"] = PeakMegabytes();
 }
 
-void Quality(benchmark::State& state) {
-  Register& r = RegisterOf(static_cast<std::size_t>(state.range(0)));
+// What the duplicate search finds for scored cards: the planted rows found,
+// the rows found that were not planted, the planted rows there were.
+struct Score {
   double truePositives = 0, falsePositives = 0, relevant = 0, leads = 0;
-  for (auto _ : state) {
-    truePositives = falsePositives = relevant = leads = 0;
-    for (const QualityCard& q : r.quality) {
-      RecordsetPtr rs = RunCard(q.values, false);
-      relevant += static_cast<double>(q.truth.size());
-      if (!rs) continue;
-      for (rs->MoveFirst(); !rs->IsEOF(); rs->MoveNext()) {
-        const Variant& kind = rs->Fields("TipoAnag").Value();
-        bool lead = kind.Kind() != corvina20::VariantKind::Boolean && kind.ToLong() == 2;
-        if (lead) ++leads;
-        if (!lead && q.truth.count(rs->Fields("IdAnagrafica").Value().ToLong())) {
-          ++truePositives;
-        } else {
-          ++falsePositives;
-          if (std::getenv("DUPLICATES_BENCH_VERBOSE"))
-            std::fprintf(stderr, "not planted: %s | %s (%s, rank %s)\n", q.values.name.c_str(),
-                         rs->Fields("RagioneSociale").Value().ToString().c_str(), lead ? "lead" : "party",
-                         rs->Fields("Rank").Value().ToString().c_str());
-        }
+  double Precision() const {
+    return truePositives + falsePositives > 0 ? truePositives / (truePositives + falsePositives) : 1;
+  }
+  double Recall() const { return relevant > 0 ? truePositives / relevant : 1; }
+};
+
+Score ScoreCards(const std::vector<QualityCard>& cards) {
+  Score s;
+  for (const QualityCard& q : cards) {
+    RecordsetPtr rs = RunCard(q.values, false);
+    s.relevant += static_cast<double>(q.truth.size());
+    if (!rs) continue;
+    for (rs->MoveFirst(); !rs->IsEOF(); rs->MoveNext()) {
+      const Variant& kind = rs->Fields("TipoAnag").Value();
+      bool lead = kind.Kind() != corvina20::VariantKind::Boolean && kind.ToLong() == 2;
+      if (lead) ++s.leads;
+      if (!lead && q.truth.count(rs->Fields("IdAnagrafica").Value().ToLong())) {
+        ++s.truePositives;
+      } else {
+        ++s.falsePositives;
+        if (std::getenv("DUPLICATES_BENCH_VERBOSE"))
+          std::fprintf(stderr, "not planted: %s | %s (%s, rank %s)\n", q.values.name.c_str(),
+                       rs->Fields("RagioneSociale").Value().ToString().c_str(), lead ? "lead" : "party",
+                       rs->Fields("Rank").Value().ToString().c_str());
       }
     }
   }
-  state.counters["precision"] = truePositives + falsePositives > 0 ? truePositives / (truePositives + falsePositives) : 1;
-  state.counters["recall"] = relevant > 0 ? truePositives / relevant : 1;
-  state.counters["found"] = truePositives + falsePositives;
-  state.counters["planted"] = relevant;
-  state.counters["leads"] = leads;
+  return s;
+}
+
+void Quality(benchmark::State& state) {
+  Register& r = RegisterOf(static_cast<std::size_t>(state.range(0)));
+  Score s;
+  for (auto _ : state) s = ScoreCards(r.quality);
+  state.counters["precision"] = s.Precision();
+  state.counters["recall"] = s.Recall();
+  state.counters["found"] = s.truePositives + s.falsePositives;
+  state.counters["planted"] = s.relevant;
+  state.counters["leads"] = s.leads;
   state.counters["bare_queries_per_card"] = static_cast<double>(r.bareQueries) / static_cast<double>(r.cards.size());
+  state.counters["peak_MB"] = PeakMegabytes();
+  if (!r.dialog->Problems().empty()) state.SkipWithError(r.dialog->Problems().c_str());
+}
+
+void Variants(benchmark::State& state) {
+  Register& r = RegisterOf(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    Score all;
+    for (const auto& [kind, cards] : r.variants) {
+      Score s = ScoreCards(cards);
+      state.counters[kind + "_recall"] = s.Recall();
+      state.counters[kind + "_precision"] = s.Precision();
+      state.counters[kind + "_cards"] = static_cast<double>(cards.size());
+      all.truePositives += s.truePositives;
+      all.falsePositives += s.falsePositives;
+      all.relevant += s.relevant;
+    }
+    state.counters["precision"] = all.Precision();
+    state.counters["recall"] = all.Recall();
+  }
   state.counters["peak_MB"] = PeakMegabytes();
   if (!r.dialog->Problems().empty()) state.SkipWithError(r.dialog->Problems().c_str());
 }
@@ -439,6 +601,7 @@ int main(int argc, char** argv) {
     PerCardStatistics(benchmark::RegisterBenchmark("BareMatch", BareMatch)->Arg(arg), kCards);
     PerCardStatistics(benchmark::RegisterBenchmark("FirstCard", FirstCard)->Arg(arg), 5);
     benchmark::RegisterBenchmark("Quality", Quality)->Arg(arg)->ArgName("n")->Iterations(1)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("Variants", Variants)->Arg(arg)->ArgName("n")->Iterations(1)->Unit(benchmark::kMillisecond);
   }
   int count = static_cast<int>(args.size());
   benchmark::Initialize(&count, args.data());
