@@ -215,6 +215,59 @@ test('a value refused while typing is told under the field in the user\'s words;
   assert.equal(await page.locator('.tab.dirty').count(), 0);
 });
 
+test('the carrier list sorts and filters on the server, opens a record, and the card\'s moves follow it', async () => {
+  await logIn();
+  await openCarriers();
+  const list = page.locator('.panel:not([hidden]) .record-list');
+  await list.waitFor();
+  const rows = list.locator('tbody tr[data-key]');
+  const keys = () => rows.evaluateAll((trs) => trs.map((tr) => Number(tr.dataset.key)));
+  const carriers = db.sql('SELECT IdAnagrafica AS k FROM STDAnagrafiche WHERE Vettore = 1 ORDER BY IdAnagrafica').map((r) => r.k);
+  await page.waitForFunction((n) => document.querySelectorAll('.panel:not([hidden]) .record-list tbody tr[data-key]').length === n, carriers.length);
+  assert.deepEqual(await keys(), carriers, 'carriers only, by code');
+  assert.deepEqual(await list.locator('thead .list-sort').allTextContents(), ['Codice ▲', 'Ragione Sociale', 'Partita Iva', 'Città', 'Prov.']);
+
+  // By name, then reversed: the server's order.
+  const byName = db.sql('SELECT IdAnagrafica AS k FROM STDAnagrafiche WHERE Vettore = 1 ORDER BY RagioneSociale COLLATE NOCASE, IdAnagrafica').map((r) => r.k);
+  await list.locator('.list-sort[data-field="RagioneSociale"]').click();
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .record-list th[aria-sort="ascending"] .list-sort')?.dataset.field === 'RagioneSociale');
+  assert.deepEqual(await keys(), byName);
+  await list.locator('.list-sort[data-field="RagioneSociale"]').click();
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) .record-list th[aria-sort="descending"]'));
+  assert.deepEqual(await keys(), [...byName].reverse());
+
+  // A column filter, then the search box (a town).
+  await list.locator('.list-filter[data-field="Citta"]').fill('berg');
+  await page.waitForFunction((k) => {
+    const trs = [...document.querySelectorAll('.panel:not([hidden]) .record-list tbody tr[data-key]')];
+    return trs.length === 1 && trs[0].dataset.key === String(k);
+  }, IN_USE.id);
+  await list.locator('.list-filter[data-field="Citta"]').fill('');
+  await list.locator('.list-search').fill('bergamo');
+  await page.waitForFunction((k) => {
+    const trs = [...document.querySelectorAll('.panel:not([hidden]) .record-list tbody tr[data-key]')];
+    return trs.length === 1 && trs[0].dataset.key === String(k);
+  }, IN_USE.id);
+  // Enter opens the record in the card.
+  await page.keyboard.press('ArrowDown');
+  await page.keyboard.press('Enter');
+  await page.waitForFunction((k) => document.querySelector('.panel:not([hidden]) .form-subtitle').textContent === `Codice ${k}`, IN_USE.id);
+  assert.equal(await list.isVisible(), false);
+  assert.equal(await field('txtRagioneSociale1').inputValue(), IN_USE.name);
+
+  // Back to the list, cleared and reversed by name: a double click opens the
+  // first row, and Next goes to the second row of the list, not of the codes.
+  await page.click('.panel:not([hidden]) [data-tool="list"]');
+  await list.locator('.list-search').fill('');
+  await page.waitForFunction((n) => document.querySelectorAll('.panel:not([hidden]) .record-list tbody tr[data-key]').length === n, carriers.length);
+  const shown = await keys();
+  assert.deepEqual(shown, [...byName].reverse());
+  await rows.first().dblclick();
+  await page.waitForFunction((k) => document.querySelector('.panel:not([hidden]) .form-subtitle').textContent === `Codice ${k}`, shown[0]);
+  await page.click('.panel:not([hidden]) [data-tool="next"]');
+  await page.waitForFunction((k) => document.querySelector('.panel:not([hidden]) .form-subtitle').textContent === `Codice ${k}`, shown[1]);
+});
+
 test('a lookup\'s search list finds by description and fills code and description', async () => {
   await logIn();
   await openCarriers();
@@ -248,7 +301,8 @@ test('a grid: rows added and deleted in edit mode, rows selected, its popup menu
   await logIn();
   await page.click('.menu-item[data-item="AnagraficaAttivita"]');
   const grid = page.locator('.panel:not([hidden]) [data-control="bdyDettaglio"]');
-  await grid.waitFor();
+  // The card opens on its list; the first record shows the card and its grid.
+  await page.locator('.panel:not([hidden]) .record-list').waitFor();
   await page.click('.panel:not([hidden]) [data-tool="first"]');
   await grid.locator('tbody tr').nth(1).waitFor();
   const before = db.sql('SELECT Anno, PlafondDisponibile FROM COGParametriIvaAttivitaRighe ORDER BY Anno');
@@ -297,7 +351,8 @@ test('a grid cell typed in edit mode is saved with the card', async () => {
   await logIn();
   await page.click('.menu-item[data-item="AnagraficaAttivita"]');
   const grid = page.locator('.panel:not([hidden]) [data-control="bdyDettaglio"]');
-  await grid.waitFor();
+  // The card opens on its list; the first record shows the card and its grid.
+  await page.locator('.panel:not([hidden]) .record-list').waitFor();
   await page.click('.panel:not([hidden]) [data-tool="first"]');
   await grid.locator('tbody tr').nth(1).waitFor();
   const year = Number(await grid.locator('tbody tr:first-child td:nth-of-type(1)').textContent());

@@ -1,6 +1,6 @@
 // The web client on a phone (390 px wide) in Chromium against a real `corvina
 // serve`: the menu lies over the page and goes away once an item is chosen,
-// the card shows whole (nothing cut or pushed sideways), its tool bar folds
+// the card and its record list show whole (nothing cut or pushed sideways), its tool bar folds
 // into one menu that still runs the commands, and a grid wider than the
 // screen scrolls inside its own frame.
 
@@ -40,7 +40,7 @@ function outside() {
   return page.evaluate((width) => {
     const out = [];
     if (document.documentElement.scrollWidth > width) out.push(`page ${document.documentElement.scrollWidth}px`);
-    for (const el of document.querySelectorAll('.panel:not([hidden]) :is(.field, .frame, .frame-title, .grid-box, .toolbar > :not([hidden]))')) {
+    for (const el of document.querySelectorAll('.panel:not([hidden]) :is(.field, .frame, .frame-title, .grid-box, .record-list, .toolbar > :not([hidden]))')) {
       const r = el.getBoundingClientRect();
       if (r.width === 0 || getComputedStyle(el).display === 'none') continue;
       if (r.left < -0.5 || r.right > width + 0.5) out.push(`${el.dataset.control || el.className} ${Math.round(r.left)}..${Math.round(r.right)}`);
@@ -63,6 +63,8 @@ test('at 390 px the menu closes on a choice, the card shows whole and its tool b
   assert.equal(await page.locator('.sidebar').isVisible(), false);
   await openFromMenu('AnagraficaVettori');
   await page.waitForFunction(() => getComputedStyle(document.querySelector('.sidebar')).visibility === 'hidden');
+  // The card opens on its list, which fits the screen too.
+  await panel().locator('.record-list tbody tr[data-key]').first().waitFor();
 
   assert.equal(await panel().locator('[data-tool="new"]').isVisible(), false, 'the record buttons are folded');
   const bar = await panel().locator('.card-toolbar').boundingBox();
@@ -74,7 +76,7 @@ test('at 390 px the menu closes on a choice, the card shows whole and its tool b
   const menu = page.locator('.popup-menu');
   await menu.waitFor();
   const items = await menu.locator('.popup-item').evaluateAll((els) => els.map((e) => [e.textContent, e.disabled]));
-  assert.deepEqual(items.slice(0, 5), [['Nuovo', false], ['Modifica', true], ['Salva', true], ['Elimina', true], ['Annulla', true]]);
+  assert.deepEqual(items.slice(0, 6), [['Elenco', false], ['Nuovo', false], ['Modifica', true], ['Salva', true], ['Elimina', true], ['Annulla', true]]);
   const menuBox = await menu.boundingBox();
   assert.ok(menuBox.x >= 0 && menuBox.x + menuBox.width <= WIDTH, 'the menu fits the screen');
   await menu.locator('.popup-item', { hasText: 'Nuovo' }).click();

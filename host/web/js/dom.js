@@ -43,6 +43,7 @@ const PATHS = {
   last: 'M12.5 3v10M3.5 3L9 8l-5.5 5',
   search: 'M6.8 11.6a4.8 4.8 0 1 0 0-9.6 4.8 4.8 0 0 0 0 9.6zM10.3 10.3l4 4',
   menu: 'M2.5 4h11M2.5 8h11M2.5 12h11',
+  list: 'M2 4h1.5M5.5 4h8.5M2 8h1.5M5.5 8h8.5M2 12h1.5M5.5 12h8.5',
   more: 'M8 3.2v.1M8 8v.1M8 12.8v.1',
   calendar: 'M2 3.5h12v10.5H2zM2 6.5h12M5 2v3M11 2v3',
   print: 'M4 6V2h8v4M4 12H2V6.5h12V12h-2M4 9.5h8V14H4z',

@@ -12,6 +12,7 @@ import { createGrid } from './grid.js';
 import { createCardToolbar, createPrintToolbar, createActiveToolbar, findRecord, cardPopupAt, MOVE_NOTES } from './toolbar.js';
 import { perform } from './actions.js';
 import { confirmBox } from './dialogs.js';
+import { createRecordList } from './recordlist.js';
 import { MODE_CAPTIONS } from './format.js';
 
 const PANELS = new Set(['card', 'printpanel', 'activeformpanel']);
@@ -108,7 +109,23 @@ export class FormView {
     }
   }
 
+  // A card opens on its record list; a record opened, a command pressed or
+  // an edit begun shows the card.
+  showCard() {
+    this.el.classList.remove('showing-list');
+    if (this.cardBar) this.cardBar.el.querySelector('[data-tool="list"]')?.setAttribute('aria-pressed', 'false');
+  }
+
+  showList() {
+    if (!this.list || this.cardState?.mode !== 0) return;
+    this.el.classList.add('showing-list');
+    this.cardBar.el.querySelector('[data-tool="list"]')?.setAttribute('aria-pressed', 'true');
+    this.list.show();
+    this.list.focus();
+  }
+
   async press(button) {
+    this.showCard();
     this.commitPending();
     if (button === 'delete') {
       const ok = await confirmBox('Eliminare la scheda mostrata?', { title: 'Elimina', yes: 'Elimina', no: 'Annulla' });
@@ -127,7 +144,10 @@ export class FormView {
     else if (button === 'delete') this.note('Eliminazione non eseguita');
   }
 
-  find(text) { return findRecord(this, text); }
+  async find(text) {
+    await findRecord(this, text);
+    if (this.cardState?.key != null) this.showCard();
+  }
 
   async cardPopup(pos) {
     if (!this.cardState) return;
@@ -180,6 +200,7 @@ export class FormView {
         if (e.key === 'Home' && e.ctrlKey) { e.preventDefault(); this.press('first'); return; }
         if (e.key === 'End' && e.ctrlKey) { e.preventDefault(); this.press('last'); return; }
       }
+      if (e.key === 'F6' && browsing) { e.preventDefault(); this.showList(); return; }
     }
     if (this.printBar && e.key === 'p' && e.ctrlKey) { e.preventDefault(); this.printBar.print(); return; }
     if (this.activeBar && e.key === 'F5') { e.preventDefault(); this.activeBar.refresh(); }
@@ -218,6 +239,11 @@ export class FormView {
       if (c.kind === 'card' && !this.cardBar) { this.cardBar = createCardToolbar(this); this.el.append(this.cardBar.el); }
       if (c.kind === 'printpanel' && !this.printBar) { this.printBar = createPrintToolbar(this); this.el.append(this.printBar.el, this.printBar.extra); }
       if (c.kind === 'activeformpanel' && !this.activeBar) { this.activeBar = createActiveToolbar(this); this.el.append(this.activeBar.el); }
+    }
+    this.list = null;
+    if (this.cardBar) {
+      this.list = createRecordList(this);
+      this.el.append(this.list.el);
     }
     const body = h('div', { class: 'form-body' });
     this.el.append(body);
@@ -335,9 +361,11 @@ export class FormView {
 
   update(state) {
     const signature = layoutSignature(state);
+    let built = false;
     if (signature !== this.signature) {
       this.signature = signature;
       this.build(state);
+      built = true;
     }
     this.state = state;
     const controls = state.controls || [];
@@ -358,6 +386,10 @@ export class FormView {
       box.hidden = !live.visible || ![...inner.children].some((x) => !x.hidden);
       box.classList.toggle('is-disabled', !live.enabled);
     }
+    // A card opened without a record opens on its list; one opened on a
+    // record (by another card) shows it.
+    if (built && this.list && this.cardState?.mode === 0 && this.cardState?.key == null) setTimeout(() => this.showList());
+    if (this.cardState && this.cardState.mode !== 0) this.showCard();
     if (!previous || previous.mode !== this.cardState?.mode || previous.key !== this.cardState?.key) {
       // Another record or mode: what was refused before no longer applies.
       if (previous) this.clearFieldMarks();

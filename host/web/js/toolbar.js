@@ -30,6 +30,7 @@ const MOVE_NOTES = {
 export function createCardToolbar(view) {
   const press = (button) => () => view.press(button);
   const buttons = {
+    list: tool('list', 'Elenco', 'F6', () => view.showList()),
     new: tool('new', 'Nuovo', 'F3', press('new')),
     edit: tool('edit', 'Modifica', 'F2', press('edit')),
     save: tool('save', 'Salva', 'F9', press('save')),
@@ -54,7 +55,7 @@ export function createCardToolbar(view) {
   // and shows this one); the menu offers what the buttons offer, in their state.
   const commandsButton = h('button', { type: 'button', class: 'tool commands-button', title: 'Comandi della scheda', 'aria-haspopup': 'menu', dataset: { tool: 'commands' } }, icon('menu'), h('span', null, 'Comandi'));
   commandsButton.addEventListener('click', async () => {
-    const order = ['new', 'edit', 'save', 'delete', 'cancel', '-', 'first', 'previous', 'next', 'last'];
+    const order = ['list', '-', 'new', 'edit', 'save', 'delete', 'cancel', '-', 'first', 'previous', 'next', 'last'];
     const items = order.map((k) => (k === '-' ? { key: '', caption: '-' }
       : { key: k, caption: buttons[k].getAttribute('aria-label'), enabled: !buttons[k].disabled }));
     if (!popupGroup.hidden) items.push({ key: '', caption: '-' }, { key: 'popup', caption: 'Azioni della scheda…' });
@@ -66,7 +67,7 @@ export function createCardToolbar(view) {
   const popupGroup = h('div', { class: 'tool-group popup-group' }, menuButton);
   const el = h('div', { class: 'toolbar card-toolbar', role: 'toolbar', 'aria-label': 'Comandi della scheda' },
     h('div', { class: 'tool-group commands-group' }, commandsButton),
-    h('div', { class: 'tool-group record-group' }, buttons.new, buttons.edit, buttons.save, buttons.delete, buttons.cancel),
+    h('div', { class: 'tool-group record-group' }, buttons.list, buttons.new, buttons.edit, buttons.save, buttons.delete, buttons.cancel),
     h('div', { class: 'tool-group move-group' }, buttons.first, buttons.previous, buttons.next, buttons.last),
     h('div', { class: 'tool-group find-group' }, findInput, findButton),
     popupGroup);
@@ -79,6 +80,7 @@ export function createCardToolbar(view) {
       const hasRecord = card.key !== null && card.key !== undefined;
       const on = card.enabled !== false;
       buttons.new.disabled = !on || !browsing;
+      buttons.list.disabled = !browsing;
       buttons.edit.disabled = !on || !browsing || !hasRecord;
       buttons.delete.disabled = !on || !browsing || !hasRecord;
       buttons.save.disabled = !on || browsing;
