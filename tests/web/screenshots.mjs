@@ -45,7 +45,7 @@ try {
   await page.waitForSelector('.form-view.mode-browse');
 
   await page.click('.menu-item[data-item="AnagraficaAttivita"]');
-  await page.waitForSelector('.panel:not([hidden]) .grid');
+  await page.waitForSelector('.panel:not([hidden]) .record-list'); // a card opens on its list
   await page.click('.panel:not([hidden]) [data-tool="first"]');
   await page.waitForSelector('.panel:not([hidden]) .grid tbody tr');
   await page.click('.panel:not([hidden]) .grid tbody tr:first-child td:nth-child(3)');
