@@ -97,6 +97,25 @@ TEST_F(Variants, NamesSharingOnlyCommonWordsOrAMistypedWordAreNotDuplicates) {
   EXPECT_EQ(RankOf("Rosa Bonifazi", 910007), RankOf("Bonifazi", 910007));
 }
 
+TEST(FullTextTypos, TheTyposIndexFollowsTheWordsRowsAddAndDrop) {
+  FullTextDb db(200);
+  db.AddParty(920001, "Scaramelli Trasporti Srl");
+  auto keysOf = [&](const std::string& text) {
+    std::vector<std::int32_t> keys;
+    for (const Hit& h : db.Search(text, 31)) keys.push_back(h.key);
+    return keys;
+  };
+  EXPECT_EQ(keysOf("Scaramlli Trasporti Srl"), std::vector<std::int32_t>{920001});  // builds the typo index
+  // A word first written after the index was made is found one edit away.
+  db.AddParty(920002, "Tombolini Ceramiche Snc");
+  EXPECT_EQ(keysOf("Tombolni Ceramiche Snc"), std::vector<std::int32_t>{920002});
+  // A word no row holds any more is no neighbour.
+  db.Conn()->Execute("DELETE FROM STDAnagrafiche WHERE IdAnagrafica = 920002");
+  EXPECT_EQ(keysOf("Tombolni Ceramiche Snc"), std::vector<std::int32_t>{});
+  db.AddParty(920003, "Tombolini Ceramiche Snc");
+  EXPECT_EQ(keysOf("Tombolni Ceramiche Snc"), std::vector<std::int32_t>{920003});
+}
+
 TEST(FullTextTypos, OneEditIsALetterInsertedDroppedChangedOrTwoNeighboursSwapped) {
   using data::fulltext::WithinOneEdit;
   for (auto [a, b] : std::vector<std::pair<const char*, const char*>>{
