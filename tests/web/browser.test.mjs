@@ -125,6 +125,9 @@ test('a carrier without fiscal code and VAT number: the warning asks, No keeps t
   await page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
   assert.match(await subtitle().textContent(), /^Nuova scheda/);
   assert.equal(await field('txtRagioneSociale1').inputValue(), 'Trasporti Senza Codici', 'what was typed stays');
+  // The fields the warning names are marked; the others are not.
+  const named = await page.locator('.panel:not([hidden]) .field.is-named').evaluateAll((els) => els.map((e) => e.dataset.control));
+  assert.deepEqual(named.sort(), ['cdoCodiceFiscale', 'txtPartitaIva']);
   assert.deepEqual(db.sql("SELECT IdAnagrafica FROM STDAnagrafiche WHERE RagioneSociale = 'Trasporti Senza Codici'"), []);
 
   await page.keyboard.press('F9');

@@ -24,11 +24,19 @@ export function onState(handler) { applyState = handler; }
 let showOpened = async () => {};
 export function onOpened(handler) { showOpened = handler; }
 
+// The text of every message and error the module shows for a form, told
+// before it is shown (the form marks the fields it names).
+let tellMessage = () => {};
+export function onMessage(handler) { tellMessage = handler; }
+
 const BUSY_KEY = 'corvina.dialogForm';
 
-async function showEvents(events) {
+async function showEvents(events, formId) {
   for (const event of events || []) {
-    if (event && event.error) await errorBox(event.error);
+    if (event && event.error) {
+      tellMessage(formId, event.error.description);
+      await errorBox(event.error);
+    }
   }
 }
 
@@ -70,18 +78,19 @@ export async function settle(outcome, formId, { fieldErrors = false } = {}) {
     }
     if (out.modal && modals.has(out.modal.formId)) {
       // The modal form stays open: its own action is over.
-      await showEvents(out.events);
+      await showEvents(out.events, formId);
       if (out.modal.state) modals.get(out.modal.formId).view.update(out.modal.state);
       if (out.error && !(fieldErrors && out.error.number === 380)) await errorBox(out.error);
       return out;
     }
     if (out.modal) {
-      await showEvents(out.events);
+      await showEvents(out.events, formId);
       out = await openModal(out.modal);
       continue;
     }
-    await showEvents(out.events);
+    await showEvents(out.events, formId);
     if (out.dialog) {
+      tellMessage(formId, out.dialog.text);
       sessionStorage.setItem(BUSY_KEY, String(formId ?? ''));
       const answer = await messageBox(out.dialog);
       const body = { answer };
@@ -91,7 +100,10 @@ export async function settle(outcome, formId, { fieldErrors = false } = {}) {
     }
     sessionStorage.removeItem(BUSY_KEY);
     if (out.state) applyState(out.state);
-    if (out.error && !(fieldErrors && out.error.number === 380)) await errorBox(out.error);
+    if (out.error && !(fieldErrors && out.error.number === 380)) {
+      tellMessage(formId, out.error.description);
+      await errorBox(out.error);
+    }
     for (const id of opened) await showOpened(id);
     return out;
   }

@@ -70,6 +70,7 @@ export class FormView {
       this.widgets.get(name)?.focus();
     } else if (out) {
       this.markField(name, null);
+      this.unmarkNamed(name);
     }
     return out;
   }
@@ -97,7 +98,39 @@ export class FormView {
   }
 
   clearFieldMarks() {
-    for (const name of this.widgets.keys()) this.markField(name, null);
+    for (const name of this.widgets.keys()) {
+      this.markField(name, null);
+      this.unmarkNamed(name);
+    }
+  }
+
+  // Marks the fields a check's message names by their caption ("Non sono
+  // stati indicati né la partita IVA né il codice fiscale" marks Partita Iva
+  // and Codice Fiscale), so the user sees where to look. Only where it can
+  // tell: captions of five characters or more, matched as whole words; the
+  // message itself is shown as the module wrote it.
+  markNamedFields(text) {
+    const words = (t) => ` ${String(t || '').toLowerCase().replace(/[^\p{L}\p{N}]+/gu, ' ').trim()} `;
+    const said = words(text);
+    const found = [];
+    for (const c of this.state?.controls || []) {
+      const w = this.widgets.get(c.name);
+      const caption = words(c.caption);
+      if (w?.input && caption.trim().length >= 5 && said.includes(caption)) found.push({ w, caption });
+    }
+    // "Codice" is not named where the text says "codice fiscale".
+    for (const { w, caption } of found) {
+      if (found.some((o) => o.caption !== caption && o.caption.includes(caption))) continue;
+      w.el.classList.add('is-named');
+      w.el.dataset.named = String(text).split(/\r?\n/)[0];
+    }
+  }
+
+  unmarkNamed(name) {
+    const w = this.widgets.get(name);
+    if (!w) return;
+    w.el.classList.remove('is-named');
+    delete w.el.dataset.named;
   }
 
   // Sends the field being typed into, if changed, before a command runs.
@@ -388,7 +421,10 @@ export class FormView {
     }
     // A card opened without a record opens on its list; one opened on a
     // record (by another card) shows it.
-    if (built && this.list && this.cardState?.mode === 0 && this.cardState?.key == null) setTimeout(() => this.showList());
+    // (After this update has been applied, and only if no record came meanwhile.)
+    if (built && this.list && this.cardState?.mode === 0 && this.cardState?.key == null) {
+      setTimeout(() => { if (this.cardState?.mode === 0 && this.cardState?.key == null) this.showList(); });
+    }
     if (this.cardState && this.cardState.mode !== 0) this.showCard();
     if (!previous || previous.mode !== this.cardState?.mode || previous.key !== this.cardState?.key) {
       // Another record or mode: what was refused before no longer applies.

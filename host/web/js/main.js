@@ -8,7 +8,7 @@
 import * as api from './api.js';
 import { h, icon, clear } from './dom.js';
 import { FormView } from './form.js';
-import { openItem, closeForm, onState, onOpened, resumeDialog, resumeModal, dialogFormAfterReload } from './actions.js';
+import { openItem, closeForm, onState, onOpened, onMessage, resumeDialog, resumeModal, dialogFormAfterReload } from './actions.js';
 import { confirmBox, messageBox } from './dialogs.js';
 import { MODE_CAPTIONS } from './format.js';
 
@@ -311,6 +311,9 @@ async function doLogout() {
   }
   showLogin();
 }
+
+// A save check's warning or error marks the fields it names.
+onMessage((formId, text) => app.views.get(formId)?.view.markNamedFields(text));
 
 onState((state) => {
   const entry = app.views.get(state.formId);
