@@ -60,4 +60,20 @@ void WireCodedLookups(corvina20::Form& form) {
   }
 }
 
+void OfferPartiesOfRole(corvina20::VxCode& code, const char* roleFlag) {
+  code.BrowserSql = [roleFlag](corvina20::LookupQuery& query) {
+    query.ClearFilters();
+    query.AddFilter(roleFlag, corvina20::kCompareEqual, "1", 0);
+  };
+}
+
+void OfferPartyAccounts(corvina20::VxCode& code, int side) {
+  code.BrowserSql = [side](corvina20::LookupQuery& query) {
+    query.ClearFilters();
+    query.AddFilter("TipoConto", corvina20::kCompareEqual, "3", 0);
+    // 0 or the party's side: the other side's accounts stay out.
+    query.AddFilter("TipoCliFor", corvina20::kCompareDifferent, side == 1 ? "2" : "1", 0);
+  };
+}
+
 }  // namespace vantor20

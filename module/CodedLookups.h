@@ -34,4 +34,16 @@ void AddValidityFilter(corvina20::LookupQuery& query);
 // Raises the host's error (kErrHost) when a lookup names no catalogue entry.
 void WireCodedLookups(corvina20::Form& form);
 
+// The search list of a lookup of parties ("Agenti", "Vettori",
+// "Anagrafiche") offers only the parties holding the role `roleFlag`
+// ("Agente", "Vettore", "Fornitore"…). Replaces the lookup's BrowserSql;
+// call it before WireCodedLookups.
+void OfferPartiesOfRole(corvina20::VxCode& code, const char* roleFlag);
+
+// The search list of a ledger-account lookup offers the sub-accounts a party
+// of `side` can use: TipoConto 3, and TipoCliFor 0 (no side) or `side`
+// (1 customers, 2 suppliers). Replaces the lookup's BrowserSql; call it
+// before WireCodedLookups.
+void OfferPartyAccounts(corvina20::VxCode& code, int side);
+
 }  // namespace vantor20

@@ -19,6 +19,7 @@
 #include "cards/customer/GridRows.h"
 #include "cards/customer/PartyTakeOver.h"
 #include "module/CardHandlers.h"
+#include "module/CodedLookups.h"
 #include "module/CardValues.h"
 #include "module/ModuloVantor.h"
 #include "module/PartyCodes.h"
@@ -57,13 +58,6 @@ bool AgentName(const Variant& id, std::string& name) {
   return true;
 }
 
-// The lookups of parties offer the parties of one role.
-void OfferRole(corvina20::VxCode& code, const char* flag) {
-  code.BrowserSql = [flag](corvina20::LookupQuery& query) {
-    query.ClearFilters();
-    query.AddFilter(flag, corvina20::kCompareEqual, "1", 0);
-  };
-}
 
 }  // namespace
 
@@ -84,9 +78,9 @@ void AnagraficaAgenti::WireEvents() {
     RunHandler(Location("txtPartitaIva", "Change"),
                [this] { OfferTakeOver("PartitaIva", txtPartitaIva.Value()); });
   };
-  OfferRole(cdoCapoArea, "Agente");
-  OfferRole(cdoIdAgenteConsolidamento, "Agente");
-  OfferRole(cdoIdFornitore, "Fornitore");
+  OfferPartiesOfRole(cdoCapoArea, "Agente");
+  OfferPartiesOfRole(cdoIdAgenteConsolidamento, "Agente");
+  OfferPartiesOfRole(cdoIdFornitore, "Fornitore");
 
   // ---- mandates: new rows get a provisional id; the shares follow ----
   bdyMandati.OnAddNew = [this] {

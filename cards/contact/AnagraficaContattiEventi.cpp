@@ -18,7 +18,9 @@
 #include "cards/customer/GridRows.h"
 #include "cards/customer/PartyRowChecks.h"
 #include "module/CardErrorList.h"
+#include "cards/customer/LedgerAccount.h"
 #include "module/CardHandlers.h"
+#include "module/CodedLookups.h"
 #include "module/CardValues.h"
 #include "module/ManualKeys.h"
 #include "module/ModuloVantor.h"
@@ -95,18 +97,11 @@ void AnagraficaContatti::WireEvents() {
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2})
     grid->PopupItemSelected = [this, grid](const std::string& key) { OnDuplicatesPopup(*grid, key); };
 
-  // The agents' lookup offers the parties that are agents.
+  // The agents' lookups offer the parties that are agents; the
+  // counter-account the sub-accounts of the customers' side or of none.
   for (const char* name : {"cdoAgente", "cdoAgente2"})
-    static_cast<corvina20::VxCode*>(FindControl(name))->BrowserSql = [](corvina20::LookupQuery& query) {
-      query.ClearFilters();
-      query.AddFilter("Agente", corvina20::kCompareEqual, "1", 0);
-    };
-  // The counter-account: the sub-accounts of the customers' side or of none.
-  cdoCodContropartita.BrowserSql = [](corvina20::LookupQuery& query) {
-    query.ClearFilters();
-    query.AddFilter("TipoConto", corvina20::kCompareEqual, "3", 0);
-    query.AddFilter("TipoCliFor", corvina20::kCompareLessOrEqual, "1", 0);
-  };
+    OfferPartiesOfRole(*static_cast<corvina20::VxCode*>(FindControl(name)), "Agente");
+  OfferPartyAccounts(cdoCodContropartita, kSideCustomers);
 }
 
 void AnagraficaContatti::OnInizialize(bool& ok, std::string& key, std::string& display) {

@@ -19,6 +19,7 @@
 #include "cards/party/PartyPages.h"
 #include "cards/party/PartyCard.h"
 #include "module/CardHandlers.h"
+#include "module/CodedLookups.h"
 #include "module/CardValues.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
@@ -127,25 +128,16 @@ void AnagraficaClienti::WireEvents() {
     if (!ok) cancel = true;
   };
 
-  // The account lookups offer the accounts a customer can use: sub-accounts
-  // of the customers' side or of none (the validity filter is added to every
-  // coded lookup by the module).
-  for (corvina20::VxCode* account : {&cdoConto, &cdoCodContropartita})
-    account->BrowserSql = [](corvina20::LookupQuery& query) {
-      query.ClearFilters();
-      query.AddFilter("TipoConto", corvina20::kCompareEqual, "3", 0);
-      query.AddFilter("TipoCliFor", corvina20::kCompareLessOrEqual, "1", 0);
-    };
-
-  // Agents and carriers are parties: their lookups offer those of the role.
+  // The account lookups offer the accounts a customer can use (the validity
+  // filter is added to every coded lookup by the module); agents and carriers
+  // are parties of their role.
+  OfferPartyAccounts(cdoConto, kSideCustomers);
+  OfferPartyAccounts(cdoCodContropartita, kSideCustomers);
   const std::pair<const char*, const char*> partyLookups[] = {
       {"cdoIdAgente1", "Agente"}, {"cdoIdAgente2", "Agente"}, {"cdoIdVettore1", "Vettore"},
       {"cdoIdVettore2", "Vettore"}, {"cdoIdVettore3", "Vettore"}};
   for (const auto& [name, role] : partyLookups)
-    dynamic_cast<corvina20::VxCode&>(*FindControl(name)).BrowserSql = [role = role](corvina20::LookupQuery& query) {
-      query.ClearFilters();
-      query.AddFilter(role, corvina20::kCompareEqual, "1", 0);
-    };
+    OfferPartiesOfRole(dynamic_cast<corvina20::VxCode&>(*FindControl(name)), role);
 
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2})
     grid->PopupItemSelected = [this, grid](const std::string& key) { OnDuplicatesPopup(*grid, key); };

@@ -21,6 +21,7 @@
 #include "cards/party/PartyCard.h"
 #include "cards/supplier/AnagraficaFornitori.h"
 #include "module/CardHandlers.h"
+#include "module/CodedLookups.h"
 #include "module/CardValues.h"
 #include "module/ModuloVantor.h"
 #include "module/modCardError.h"
@@ -112,11 +113,7 @@ void AnagraficaFornitori::WireEvents() {
 
   // The account lookups offer the sub-accounts of the suppliers' side or of none.
   for (const char* name : {"cdoConto", "cdoCodContropartita"})
-    Ctl<corvina20::VxCode>(name).BrowserSql = [](corvina20::LookupQuery& query) {
-      query.ClearFilters();
-      query.AddFilter("TipoConto", corvina20::kCompareEqual, "3", 0);
-      query.AddFilter("TipoCliFor", corvina20::kCompareDifferent, "1", 0);
-    };
+    OfferPartyAccounts(Ctl<corvina20::VxCode>(name), kSideSuppliers);
 }
 
 void AnagraficaFornitori::OnInizialize(bool& ok, std::string& key, std::string& display) {

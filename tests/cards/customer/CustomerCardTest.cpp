@@ -169,6 +169,22 @@ TEST_F(CustomerCard, ASupplierTakenOverBecomesACustomerWithItsBanksAsNewRows) {
   EXPECT_EQ(Count("STDBancheFornitori WHERE IdAnagrafica = 70"), 1);
 }
 
+TEST_F(CustomerCard, SearchListsOfferOnlyWhatACustomerCanUse) {
+  db->Execute("INSERT INTO STDPianoDeiConti (CodConto, Descrizione, TipoConto, TipoCliFor, MovCont) "
+              "VALUES ('40.01.00001', 'Fornitore', 3, 2, 1), ('60.01.00001', 'Ricavi', 3, 0, 1)");
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Agente) VALUES (80, 'Agente Uno', 1)");
+  auto codes = [&](const char* control) {
+    std::vector<std::string> out;
+    RecordsetPtr rs = C<VxCode>(control).Search(db, "");
+    for (; !rs->IsEOF(); rs->MoveNext()) out.push_back(rs->Fields(std::size_t{0}).Value().ToString());
+    return out;
+  };
+  // Sub-accounts of the customers' side or of none; not the control account
+  // 14.01, not a supplier's account.
+  EXPECT_EQ(codes("cdoConto"), (std::vector<std::string>{"14.01.00057", "60.01.00001"}));
+  EXPECT_EQ(codes("cdoIdAgente1"), std::vector<std::string>{"80"});
+}
+
 TEST_F(CustomerCard, ATypedKeyMustBeFreeAndIsKeptAsTyped) {
   SetParam("IdAnagraficaManuale", "1");
   Reopen();

@@ -3,6 +3,7 @@
 // under the mask ##.##.#####, an existing customer (57) and its account.
 #pragma once
 
+#include "corvina20/VxCode.h"
 #include "support/PartyCardTest.h"
 
 namespace corvina20::test {
