@@ -142,15 +142,9 @@ AnagraficaContatti::AnagraficaContatti()
   bdyAttivita.SetAllowAddDelete(false);
 
   bdyProfilazione.Place("", kPageCrm);
-  for (GridColumn c : {GridCol("codProfilazione", "Profilazione"), GridCol("codFamiglia", "Famiglia"),
-                       GridCol("codTipologia", "Tipologia"), GridCol("CodValProfilazione", "Valore"),
-                       GridCol("Valutazione", "Valutazione"), GridHidden("IdRiga"), GridHidden("idAnagrafica"), GridHidden("Leads")})
-    bdyProfilazione.AddColumn(c);
+  AddProfilingColumns(bdyProfilazione);
   bdyAllegati.Place("", kPageCrm);
-  for (GridColumn c : {GridCol("NomeFile", "File"), GridCol("Descrizione", "Descrizione"),
-                       GridCol("DataInserimento", "Data", ControlKind::Date), GridHidden("IdAllegato"),
-                       GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
-    bdyAllegati.AddColumn(c);
+  AddAttachmentColumns(bdyAllegati);
 
   lblAnagraficheDoppie.Place("", kPageDoppie);
   lblAnagraficheDoppie.SetVisible(false);

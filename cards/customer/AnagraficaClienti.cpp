@@ -3,6 +3,7 @@
 // end (AnagraficaClientiEventi.cpp).
 #include "cards/customer/AnagraficaClienti.h"
 
+#include "cards/contact/DuplicateGrids.h"
 #include "cards/customer/BankRows.h"
 #include "cards/party/BankSearch.h"
 #include "cards/party/PartyPages.h"
@@ -281,26 +282,15 @@ AnagraficaClienti::AnagraficaClienti()
   bdyStoricizzazione.SetAllowAddDelete(false);
 
   bdyProfilazione.Place("", kPageCrm);
-  for (GridColumn c : {GridCol("codProfilazione", "Profilazione"), GridCol("codFamiglia", "Famiglia"),
-                       GridCol("codTipologia", "Tipologia"), GridCol("CodValProfilazione", "Valore"),
-                       GridCol("Valutazione", "Valutazione"), GridHidden("IdRiga"), GridHidden("idAnagrafica"), GridHidden("Leads")})
-    bdyProfilazione.AddColumn(c);
+  AddProfilingColumns(bdyProfilazione);
   bdyAllegati.Place("", kPageCrm);
-  for (GridColumn c : {GridCol("NomeFile", "File"), GridCol("Descrizione", "Descrizione"),
-                       GridCol("DataInserimento", "Data", ControlKind::Date), GridHidden("IdAllegato"),
-                       GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
-    bdyAllegati.AddColumn(c);
+  AddAttachmentColumns(bdyAllegati);
 
   lblAnagraficheDoppie.Place("", kPageDoppie);
   lblAnagraficheDoppie.SetVisible(false);
   for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2}) {
     grid->Place("", kPageDoppie);
-    for (GridColumn c : {GridCol("Rank", "Rank", ControlKind::Integer), GridCol("IdAnagrafica", "Codice", ControlKind::Integer),
-                         GridCol("RagioneSociale", "Ragione Sociale"), GridCol("RagioneSociale2", "Ragione Sociale 2"),
-                         GridCol("Indirizzo", "Indirizzo"), GridCol("Citta", "Città"),
-                         GridCol("TipoAnag", "Tipo", ControlKind::Integer)})
-      grid->AddColumn(GridReadOnly(c));
-    grid->SetAllowAddDelete(false);
+    AddDuplicateColumns(*grid);
   }
 
   WireEvents();

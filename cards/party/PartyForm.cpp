@@ -43,6 +43,21 @@ void AddBankColumns(corvina20::VxBody& grid, const char* ibanCaption) {
     grid.AddColumn(c);
 }
 
+void AddProfilingColumns(corvina20::VxBody& grid) {
+  for (corvina20::GridColumn c : {GridCol("codProfilazione", "Profilazione"), GridCol("codFamiglia", "Famiglia"),
+                                  GridCol("codTipologia", "Tipologia"), GridCol("CodValProfilazione", "Valore"),
+                                  GridCol("Valutazione", "Valutazione"), GridHidden("IdRiga"),
+                                  GridHidden("idAnagrafica"), GridHidden("Leads")})
+    grid.AddColumn(c);
+}
+
+void AddAttachmentColumns(corvina20::VxBody& grid) {
+  for (corvina20::GridColumn c : {GridCol("NomeFile", "File"), GridCol("Descrizione", "Descrizione"),
+                                  GridCol("DataInserimento", "Data", corvina20::ControlKind::Date),
+                                  GridHidden("IdAllegato"), GridHidden("IdAnagrafica"), GridHidden("NrRiga")})
+    grid.AddColumn(c);
+}
+
 void AddAddressColumns(corvina20::VxBody& grid) {
   GridColumn tipo = GridCol("TipoIndirizzo", "Tipo Indirizzo", ControlKind::Combo);
   tipo.entries = {{"Sped. Fattura", Variant(std::int16_t{0})},

@@ -34,6 +34,11 @@ void AddBankColumns(corvina20::VxBody& grid, const char* ibanCaption);
 // a list of 0 "Sped. Fattura", 1 "Sped. Merce", 2 "Sped. Riba".
 void AddAddressColumns(corvina20::VxBody& grid);
 
+// The columns of the CRM profiling grid (CRMValProfilazioneRighe) and of the
+// attachments grid (STDAnagraficheAllegati) of the customer and contact cards.
+void AddProfilingColumns(corvina20::VxBody& grid);
+void AddAttachmentColumns(corvina20::VxBody& grid);
+
 // The bank grid `banks` (its IBAN column captioned `ibanCaption`, its bank
 // search reporting errors as `formName`'s) and the further-addresses grid
 // `addresses`, both placed on the Banche/Indirizzi page with their columns
