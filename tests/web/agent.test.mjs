@@ -5,55 +5,22 @@
 // error 235 from "ControlliOK", and a gap typed between two periods is marked
 // on the time line at once.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
-
-const USER = 'anna';
-const PASSWORD = 'Segreta-1';
+import { cardSession } from './support/card.mjs';
 
 let db;
-let server;
-let browser;
 let page;
-
-before(async () => {
-  db = createDatabase({ users: [[USER, PASSWORD]] });
-  server = await startServer(db.db);
-  browser = await launchBrowser();
-  page = await browser.context.newPage();
+const { panel, field, messageBox, idle, logInAndOpen, typeCell } = cardSession((s) => {
+  ({ db, page } = s);
 });
-
-after(async () => {
-  await browser?.close();
-  await server?.stop();
-  db?.remove();
-});
-
-const panel = () => page.locator('.panel:not([hidden])');
-const field = (name) => panel().locator(`[data-control="${name}"] input`);
-const messageBox = () => page.locator('dialog.message-box[open]');
 const errorBox = () => page.locator('dialog.error-box[open]');
-const idle = () => page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
 const mandates = () => panel().locator('[data-control="bdyMandati"]');
 const shares = () => panel().locator('[data-control="bdyMandatiQuote"]');
 const total = () => field('percTotaleQuote').inputValue();
 
-async function typeCell(grid, row, col, value) {
-  await grid.locator(`tbody tr:nth-child(${row}) td:nth-of-type(${col})`).dblclick();
-  const editor = grid.locator('input.cell-editor');
-  await editor.fill(value);
-  await editor.press('Enter');
-  await idle();
-}
-
 test('mandates with their time line; the shares and their total follow the mandate clicked and the typing', async () => {
-  await page.goto(server.url);
-  await page.fill('#login-user', USER);
-  await page.fill('#login-password', PASSWORD);
-  await page.click('.login-submit');
-  await page.click('.menu-item[data-item="AnagraficaAgenti"]');
-  await panel().locator('.card-toolbar').waitFor();
+  await logInAndOpen('AnagraficaAgenti');
   await panel().locator('.find-input').fill('Fabbri');
   await panel().locator('.find-input').press('Enter');
   await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="numIdAnagrafica"] input')?.value === '36');

@@ -4,38 +4,28 @@
 // its new ledger account; a duplicate opened from the duplicates grid in a
 // tab of its own.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { createDatabase, startServer, launchBrowser } from './support/corvina.mjs';
-
-const USER = 'anna';
-const PASSWORD = 'Segreta-1';
+import { cardSession, USER, PASSWORD } from './support/card.mjs';
 
 let db;
 let server;
-let browser;
 let page;
+const { panel, field, messageBox } = cardSession((s) => {
+  ({ db, server, page } = s);
+});
 
-before(async () => {
-  db = createDatabase({ users: [[USER, PASSWORD]] });
-  server = await startServer(db.db);
-  browser = await launchBrowser();
-  page = await browser.context.newPage();
+// Every test works logged in; the first one logs in.
+let loggedIn = false;
+async function logIn() {
+  if (loggedIn) return;
   await page.goto(server.url);
   await page.fill('#login-user', USER);
   await page.fill('#login-password', PASSWORD);
   await page.click('.login-submit');
-});
+  loggedIn = true;
+}
 
-after(async () => {
-  await browser?.close();
-  await server?.stop();
-  db?.remove();
-});
-
-const panel = () => page.locator('.panel:not([hidden])');
-const field = (name) => panel().locator(`[data-control="${name}"] input`);
-const messageBox = () => page.locator('dialog.message-box[open]');
 const menu = () => page.locator('.popup-menu');
 
 // Opens `item` from the menu and shows the record found by `text`.
@@ -59,6 +49,7 @@ async function cardMenu() {
 }
 
 test('a contact converted into a customer from the popup menu, then opened on the customer card', async () => {
+  await logIn();
   await openRecord('AnagraficaContatti', 'Caruso', 31);
   assert.deepEqual(await cardMenu(), [['Converti In Cliente', true], ['Sincronizza Contatto In Outlook', true]]);
   await menu().locator('.popup-item', { hasText: 'Converti In Cliente' }).click();
@@ -83,6 +74,7 @@ test('a contact converted into a customer from the popup menu, then opened on th
 });
 
 test('"Apri Anagrafica" on the duplicates grid opens the duplicate in a tab of its own', async () => {
+  await logIn();
   // Contact 90 has the VAT number of contact 30.
   await openRecord('AnagraficaContatti', 'Nuova Edilizia Fontana', 30);
   await panel().locator('[role="tab"]', { hasText: 'Anagrafiche Doppie' }).click();
