@@ -25,6 +25,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchArgs.h"
 #include "PartyGenerator.h"
 #include "automation/Workspace.h"
 #include "corvina20/Card.h"
@@ -146,7 +147,7 @@ void Save(benchmark::State& state) {
     if (!saved) state.SkipWithError("a save was refused");
   }
   std::sort(ms.begin(), ms.end());
-  auto at = [&](double q) { return ms[std::min(ms.size() - 1, static_cast<std::size_t>(q * ms.size()))]; };
+  auto at = [&](double q) { return corvina20::bench::Percentile(ms, q); };
   state.counters["p50_ms"] = at(0.50);
   state.counters["p99_ms"] = at(0.99);
   state.counters["max_ms"] = ms.back();
@@ -156,22 +157,9 @@ void Save(benchmark::State& state) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<long> sizes = {10000, 1000000};
   std::vector<char*> rest;
-  for (int i = 0; i < argc; ++i) {
-    std::string a = argv[i];
-    if (a.rfind("--sizes=", 0) == 0) {
-      sizes.clear();
-      std::string list = a.substr(8);
-      for (std::size_t p = 0; p < list.size();) {
-        std::size_t q = list.find(',', p);
-        sizes.push_back(std::stol(list.substr(p, q - p)));
-        p = q == std::string::npos ? list.size() : q + 1;
-      }
-    } else {
-      rest.push_back(argv[i]);
-    }
-  }
+  std::vector<long> sizes = corvina20::bench::TakeSizes(argc, argv, {10000, 1000000}, rest);
+
   for (long n : sizes)
     benchmark::RegisterBenchmark("CustomerSave", Save)
         ->Arg(n)->Iterations(kSaves)->Unit(benchmark::kMillisecond);

@@ -50,6 +50,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchArgs.h"
 #include "PartyGenerator.h"
 #include "cards/contact/DuplicateSearch.h"
 #include "corvina20/Connection.h"
@@ -580,18 +581,9 @@ void PerCardStatistics(benchmark::internal::Benchmark* b, int repetitions) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<std::size_t> sizes{10000, 100000, 1000000};
   std::vector<char*> args;
-  for (int i = 0; i < argc; ++i) {
-    std::string a = argv[i];
-    if (a.rfind("--sizes=", 0) == 0) {
-      sizes.clear();
-      std::stringstream list(a.substr(8));
-      for (std::string item; std::getline(list, item, ',');) sizes.push_back(std::stoul(item));
-    } else {
-      args.push_back(argv[i]);
-    }
-  }
+  std::vector<long> sizes = corvina20::bench::TakeSizes(argc, argv, {10000, 100000, 1000000}, args);
+
   setenv("CORVINA_DATA_DIR", CORVINA_BENCH_DATA_DIR, 0);
   std::sort(sizes.begin(), sizes.end());
   // Size by size, so that one register is open at a time.

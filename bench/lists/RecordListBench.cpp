@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchArgs.h"
 #include "PartyGenerator.h"
 #include "automation/Workspace.h"
 #include "corvina20/Card.h"
@@ -129,7 +130,7 @@ void Page(benchmark::State& state, const Case& c) {
     rows = page.rows.size();
   }
   std::sort(ms.begin(), ms.end());
-  auto at = [&](double p) { return ms[std::min(ms.size() - 1, static_cast<std::size_t>(p * ms.size()))]; };
+  auto at = [&](double q) { return corvina20::bench::Percentile(ms, q); };
   state.counters["p50_ms"] = at(0.50);
   state.counters["p99_ms"] = at(0.99);
   state.counters["rows"] = static_cast<double>(rows);
@@ -138,22 +139,9 @@ void Page(benchmark::State& state, const Case& c) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<long> sizes = {10000, 1000000};
   std::vector<char*> rest;
-  for (int i = 0; i < argc; ++i) {
-    std::string a = argv[i];
-    if (a.rfind("--sizes=", 0) == 0) {
-      sizes.clear();
-      std::string list = a.substr(8);
-      for (std::size_t p = 0; p < list.size();) {
-        std::size_t q = list.find(',', p);
-        sizes.push_back(std::stol(list.substr(p, q - p)));
-        p = q == std::string::npos ? list.size() : q + 1;
-      }
-    } else {
-      rest.push_back(argv[i]);
-    }
-  }
+  std::vector<long> sizes = corvina20::bench::TakeSizes(argc, argv, {10000, 1000000}, rest);
+
   for (long n : sizes)
     for (const Case& c : Cases())
       benchmark::RegisterBenchmark(c.name, [&c](benchmark::State& s) { Page(s, c); })
