@@ -32,6 +32,10 @@ struct UiSession::Impl {
   std::chrono::steady_clock::time_point lastUse = std::chrono::steady_clock::now();
   std::unique_ptr<Workspace> workspace;
   std::thread thread;
+  // Held by the one Close that joins the thread: a second Close (two
+  // logouts of one session at once) waits here instead of joining the same
+  // thread, which would throw from a destructor and end the process.
+  std::mutex joining;
 
   void Run() {
     for (;;) {
@@ -270,6 +274,7 @@ void UiSession::Close() {
       impl_->changed.notify_all();
     }
   }
+  std::lock_guard joined(impl_->joining);
   if (impl_->thread.joinable()) impl_->thread.join();
 }
 

@@ -64,7 +64,8 @@ class UiSession {
   std::optional<nlohmann::ordered_json> PendingModal();
 
   // Ends the session: aborts a parked dialog, cancels open card edits, stops
-  // the thread. Idempotent.
+  // the thread. Idempotent, and safe to call from several threads at once
+  // (each returns when the thread has ended).
   void Close();
 
   // Time of the last request, for expiry.
