@@ -37,6 +37,40 @@ Response Fail(int status, const std::string& description) {
   return Json(status, {{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", description}}}});
 }
 
+// Deepest nesting of arrays and objects a request body may have. The API's
+// bodies are a few levels deep; a body nested thousands of levels (a few KB,
+// under the size limit) would overflow the stack in the recursive copies and
+// comparisons of the parsed value, so it is refused before it is parsed.
+constexpr int kMaxJsonDepth = 32;
+
+// True when `text` nests arrays and objects deeper than `limit`: a scan of
+// brackets outside strings, without building anything.
+bool NestedDeeperThan(const std::string& text, int limit) {
+  int depth = 0;
+  bool inString = false, escaped = false;
+  for (char c : text) {
+    if (inString) {
+      if (escaped) escaped = false;
+      else if (c == '\\') escaped = true;
+      else if (c == '"') inString = false;
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '[' || c == '{') {
+      if (++depth > limit) return true;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
+// A request body as JSON; discarded (is_discarded()) when it is not JSON or
+// nests too deep, which every handler answers with 400.
+json ParseBody(const std::string& body) {
+  if (NestedDeeperThan(body, kMaxJsonDepth)) return json(json::value_t::discarded);
+  return json::parse(body, nullptr, false);
+}
+
 // The outcome of an action as the browser reads it, with the form's state
 // when the action is over.
 json Body(const Outcome& o) {
@@ -118,7 +152,7 @@ struct WebHost::Impl {
 
   Response post_login(const Request& req) {
     if (RateLimited(req.remoteAddress)) return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto");
-    json body = json::parse(req.body, nullptr, false);
+    json body = ParseBody(req.body);
     if (!body.is_object()) return Fail(400, "Servono utente e password");
     std::string user = body.value("user", ""), password = body.value("password", "");
     std::string name;
@@ -210,7 +244,7 @@ struct WebHost::Impl {
   }
 
   Response post_forms(const Request& req, Entry& entry) {
-    json action = json::parse(req.body, nullptr, false);
+    json action = ParseBody(req.body);
     if (!action.is_object() || !action.contains("open")) return Fail(400, "Serve {\"open\":\"NomeElemento\",\"kind\":\"card\"}");
     Outcome o = entry.ui->Submit(action);
     if (o.result && (*o.result)["form"].is_null()) {
@@ -241,7 +275,7 @@ struct WebHost::Impl {
 
   Response post_action(const Request& req, Entry& entry) {
     auto id = FormId(req);
-    json action = json::parse(req.body, nullptr, false);
+    json action = ParseBody(req.body);
     if (!id || !action.is_object()) return Fail(400, "Serve un'azione JSON su una maschera aperta");
     for (const char* refused : {"open", "answers", "param", "query"})
       if (action.contains(refused)) return Fail(400, std::string("Azione non ammessa qui: ") + refused);
@@ -260,7 +294,7 @@ struct WebHost::Impl {
   }
 
   Response post_dialog(const Request& req, Entry& entry) {
-    json body = json::parse(req.body, nullptr, false);
+    json body = ParseBody(req.body);
     if (!body.is_object() || !body.contains("answer") || !body["answer"].is_number_integer())
       return Fail(400, "Serve {\"answer\":6}");
     std::optional<int> formId;

@@ -1,6 +1,6 @@
 // Faults of the web host under hostile or clumsy use: a session closed by
 // several requests at once (a double click on the logout), bodies the API
-// must refuse before they do harm. Each case runs against a real database
+// must refuse before they do harm (JSON nested deeper than any real request). Each case runs against a real database
 // and, where the HTTP path matters, a real server on the loopback address.
 #include <gtest/gtest.h>
 #include <httplib.h>
@@ -38,6 +38,61 @@ TEST(UiSessionClose, SeveralCallersAtOnceAllReturnAndTheParkedSaveWritesNothing)
     EXPECT_TRUE(ui.Submit({{"state", true}}).error.has_value());  // closed
   }
   EXPECT_EQ(QueryLong(db, "SELECT COUNT(*) FROM STDAnagrafiche WHERE RagioneSociale = 'Mai Salvato'"), 0);
+}
+
+// A server on a free loopback port with one user, and a logged-in client.
+class HardenedServer : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    db = OpenDatabase(dir.File("web.db"));
+    InitDatabase(*db, false);
+    web::Users(db).Add("anna", "segreta1");
+    web::WebOptions options;
+    options.database = dir.File("web.db");
+    host = std::make_unique<web::WebHost>(options);
+    port = host->Start();
+    ASSERT_GT(port, 0);
+    client = std::make_unique<httplib::Client>("127.0.0.1", port);
+    client->set_read_timeout(60, 0);
+    auto r = client->Post("/api/login", R"({"user":"anna","password":"segreta1"})", "application/json");
+    ASSERT_TRUE(r && r->status == 200);
+    std::string cookie = r->get_header_value("Set-Cookie");
+    headers = {{"Cookie", cookie.substr(0, cookie.find(';'))},
+               {"X-CSRF-Token", json::parse(r->body)["csrf"].get<std::string>()}};
+  }
+  void TearDown() override {
+    if (host) host->Stop();
+  }
+  httplib::Result Post(const std::string& path, const std::string& body) {
+    return client->Post(path, headers, body, "application/json");
+  }
+
+  TempDir dir;
+  ConnectionPtr db;
+  std::unique_ptr<web::WebHost> host;
+  int port = 0;
+  std::unique_ptr<httplib::Client> client;
+  httplib::Headers headers;
+};
+
+TEST_F(HardenedServer, ADeeplyNestedBodyIsRefusedWith400AndTheServerGoesOn) {
+  auto opened = Post("/api/forms", R"({"open":"AnagraficaVettori","kind":"card"})");
+  ASSERT_TRUE(opened && opened->status == 200);
+  const int form = json::parse(opened->body)["state"]["formId"];
+  const std::string actions = "/api/forms/" + std::to_string(form) + "/actions";
+  // About 24 KB, well under the body limit, 12,000 levels deep.
+  const std::string deep = std::string(12000, '[') + std::string(12000, ']');
+  for (const std::string& path : {actions, std::string("/api/forms"), std::string("/api/dialog")}) {
+    auto r = Post(path, R"({"set":"txtNote","value":)" + deep + "}");
+    ASSERT_TRUE(r) << path;
+    EXPECT_EQ(r->status, 400) << path;
+    EXPECT_EQ(json::parse(r->body)["error"]["source"], "Corvina20.Web") << r->body;
+  }
+  // Brackets inside a string are text, not nesting.
+  auto typed = Post(actions, R"({"set":"txtRagioneSociale1","value":")" + std::string(40, '[') + R"("})");
+  ASSERT_TRUE(typed);
+  EXPECT_EQ(typed->status, 200) << typed->body;
+  EXPECT_EQ(json::parse(typed->body)["result"]["value"], std::string(40, '[')) << typed->body;
 }
 
 }  // namespace
