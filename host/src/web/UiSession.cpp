@@ -89,6 +89,22 @@ struct UiSession::Impl {
     }
   }
 
+  // True when `button` is one of those a dialog of `style` shows: an answer
+  // the user could not have given (99, -1, Cancel on a Yes/No question) is
+  // refused rather than handed to the module, which treats any answer but
+  // the one it tests for as the other choice.
+  static bool IsButtonOf(int style, int button) {
+    if (style == kStyleError) return button == kAnswerOk;
+    switch (style & 0x0F) {
+      case kStyleOkCancel: return button == kAnswerOk || button == kAnswerCancel;
+      case 2: return button >= 3 && button <= 5;  // abort/retry/ignore
+      case 3: return button == kAnswerYes || button == kAnswerNo || button == kAnswerCancel;
+      case kStyleYesNo: return button == kAnswerYes || button == kAnswerNo;
+      case 5: return button == 4 || button == kAnswerCancel;  // retry/cancel
+      default: return button == kAnswerOk;
+    }
+  }
+
   // Called on the UI thread by the module's message display.
   int Park(const MessageRequest& request) {
     std::unique_lock lock(mutex);
@@ -229,6 +245,13 @@ Outcome UiSession::Answer(int button) {
   if (!impl_->pending) {
     Outcome refused;
     refused.error = json{{"number", kErrHost}, {"source", "Corvina20.Web"}, {"description", "Nessun messaggio in attesa di risposta"}};
+    return refused;
+  }
+  if (!Impl::IsButtonOf((*impl_->pending)["style"].get<int>(), button)) {
+    Outcome refused;
+    refused.error = json{{"number", kErrHost}, {"source", "Corvina20.Web"},
+                         {"description", "Risposta non ammessa: scegliere uno dei pulsanti del messaggio"}};
+    refused.dialog = impl_->pending;  // still waiting
     return refused;
   }
   impl_->answer = button;

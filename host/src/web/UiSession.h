@@ -56,7 +56,9 @@ class UiSession {
   // Outcome carries an error); while a modal form waits, the action runs
   // (the workspace refuses those for other forms).
   Outcome Submit(const nlohmann::ordered_json& action);
-  // Answers the waiting dialog and waits as Submit does.
+  // Answers the waiting dialog and waits as Submit does. With no dialog
+  // waiting, or a button the dialog does not show (its style's buttons), the
+  // Outcome carries an error and the dialog, if any, keeps waiting.
   Outcome Answer(int button);
   // The dialog waiting for an answer, if any.
   std::optional<nlohmann::ordered_json> PendingDialog();

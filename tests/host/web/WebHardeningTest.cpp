@@ -95,5 +95,27 @@ TEST_F(HardenedServer, ADeeplyNestedBodyIsRefusedWith400AndTheServerGoesOn) {
   EXPECT_EQ(json::parse(typed->body)["result"]["value"], std::string(40, '[')) << typed->body;
 }
 
+TEST_F(HardenedServer, ADialogTakesOnlyTheButtonsItShows) {
+  auto opened = Post("/api/forms", R"({"open":"AnagraficaVettori","kind":"card"})");
+  ASSERT_TRUE(opened && opened->status == 200);
+  const std::string actions = "/api/forms/" + std::to_string(json::parse(opened->body)["state"]["formId"].get<int>()) + "/actions";
+  Post(actions, R"({"press":"new"})");
+  Post(actions, R"({"set":"txtRagioneSociale1","value":"Risposta Sbagliata"})");
+  json warned = json::parse(Post(actions, R"({"press":"save"})")->body);
+  ASSERT_EQ(warned["dialog"]["number"], 386) << warned.dump();
+  ASSERT_EQ(warned["dialog"]["style"].get<int>() & 0x0F, 4);  // Yes/No
+
+  for (int answer : {99, -1, 0, 1, 2}) {
+    json refused = json::parse(Post("/api/dialog", R"({"answer":)" + std::to_string(answer) + "}")->body);
+    EXPECT_NE(refused["error"], nullptr) << answer << ": " << refused.dump();
+    EXPECT_EQ(refused["dialog"]["number"], 386) << answer;  // still waiting
+    EXPECT_EQ(refused["result"], nullptr) << answer;
+  }
+  EXPECT_EQ(QueryLong(db, "SELECT COUNT(*) FROM STDAnagrafiche WHERE RagioneSociale = 'Risposta Sbagliata'"), 0);
+  json no = json::parse(Post("/api/dialog", R"({"answer":7})")->body);
+  EXPECT_EQ(no["result"]["done"], false) << no.dump();
+  EXPECT_EQ(QueryLong(db, "SELECT COUNT(*) FROM STDAnagrafiche WHERE RagioneSociale = 'Risposta Sbagliata'"), 0);
+}
+
 }  // namespace
 }  // namespace corvina20::test
