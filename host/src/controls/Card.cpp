@@ -6,6 +6,7 @@
 #include "corvina20/Card.h"
 
 #include "core/Text.h"
+#include "data/text/TextFold.h"
 #include "corvina20/Error.h"
 #include "corvina20/Form.h"
 #include "corvina20/VxBody.h"
@@ -394,7 +395,7 @@ std::vector<CardRecordRef> Card::Find(const std::string& text, int limit) {
                     " FROM " + mainTable_ + " WHERE ";
   if (!condition_.empty()) sql += "(" + condition_ + ") AND ";
   sql += "(" + keyField_ + " = ? OR " + display + " LIKE ?) ORDER BY " + keyField_;
-  auto rs = connection_->OpenRecordset(sql, {Variant(text), Variant("%" + text + "%")});
+  auto rs = connection_->OpenRecordset(sql, {Variant(text), Variant("%" + data::text::LikeLiteral(text) + "%")});
   std::vector<CardRecordRef> found;
   for (; !rs->IsEOF(); rs->MoveNext()) {
     const Variant& d = rs->Fields(std::size_t{1}).Value();

@@ -5,6 +5,7 @@
 // that follow a list's order. Not for: drawing the list (the hosts do) or
 // full-text similarity (data/fulltext).
 #include "core/Text.h"
+#include "data/text/TextFold.h"
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
 #include "corvina20/Form.h"
@@ -71,7 +72,7 @@ std::string Card::ListWhere(const ListQuery& query, std::vector<Variant>& params
       if (connection_->ColumnType(mainTable_, f)) searched.emplace_back(f);
     for (const auto& f : searched) {
       any += " OR " + f + " LIKE ?";
-      params.push_back(Variant("%" + search + "%"));
+      params.push_back(Variant("%" + data::text::LikeLiteral(search) + "%"));
     }
     where = Join(where, "(" + any + ")");
   }
@@ -80,7 +81,7 @@ std::string Card::ListWhere(const ListQuery& query, std::vector<Variant>& params
     const std::string wanted(text::Trim(f.text));
     if (wanted.empty()) continue;
     where = Join(where, f.field + " LIKE ?");
-    params.push_back(Variant("%" + wanted + "%"));
+    params.push_back(Variant("%" + data::text::LikeLiteral(wanted) + "%"));
   }
   return where;
 }

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "core/Text.h"
+#include "data/text/TextFold.h"
 #include "core/Tsv.h"
 #include "corvina20/Error.h"
 #include "corvina20/MervoStatus.h"
@@ -77,7 +78,7 @@ RecordsetPtr VxCode::Query(const ConnectionPtr& connection, const std::string& t
   q.SetTop(limit);
   if (!typed.empty()) {
     // Either the code or the description holds what was typed.
-    Variant pattern("%" + typed + "%");
+    Variant pattern("%" + data::text::LikeLiteral(typed) + "%");  // typed % and _ are text
     q.AddConditionText(def.codeField + " LIKE ? OR " + def.descriptionField + " LIKE ?",
                        {pattern, pattern});
   }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "corvina20/Error.h"
+#include "data/text/TextFold.h"
 
 namespace corvina20 {
 namespace {
@@ -13,22 +14,6 @@ void AppendList(std::string& list, std::string_view piece) {
   if (piece.empty()) return;
   if (!list.empty()) list += ",";
   list += piece;
-}
-
-// The value of a LIKE pattern matching `value` literally: % _ [ escaped
-// with brackets, the T-SQL way (the translator carries it to the backend).
-std::string LikeLiteral(const std::string& value) {
-  std::string out;
-  for (char c : value) {
-    if (c == '%' || c == '_' || c == '[') {
-      out += '[';
-      out += c;
-      out += ']';
-    } else {
-      out += c;
-    }
-  }
-  return out;
 }
 
 }  // namespace
@@ -62,7 +47,7 @@ std::string QueryBuilder::Condition(std::string_view field, int comparison, cons
     case kCompareLessOrEqual: params_.push_back(value); return f + " <= ?";
     case kCompareContains:
     case kCompareStartsWith: {
-      std::string pattern = LikeLiteral(null || value.IsEmpty() ? "" : value.ToString());
+      std::string pattern = data::text::LikeLiteral(null || value.IsEmpty() ? "" : value.ToString());
       params_.emplace_back(comparison == kCompareContains ? "%" + pattern + "%" : pattern + "%");
       return f + " LIKE ?";
     }

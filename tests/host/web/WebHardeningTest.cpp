@@ -117,5 +117,31 @@ TEST_F(HardenedServer, ADialogTakesOnlyTheButtonsItShows) {
   EXPECT_EQ(QueryLong(db, "SELECT COUNT(*) FROM STDAnagrafiche WHERE RagioneSociale = 'Risposta Sbagliata'"), 0);
 }
 
+TEST_F(HardenedServer, PercentAndUnderscoreTypedIntoASearchAreText) {
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Vettore) VALUES "
+              "(1, 'Sconto 100% Trasporti', 1), (2, 'Via 1000 Trasporti', 1), "
+              "(3, 'Alfa_Beta', 1), (4, 'AlfaXBeta', 1)");
+  db->Execute("INSERT INTO STDNazioni (CodNazione, Descrizione) VALUES ('IT', 'Italia'), ('FR', 'Francia')");
+  auto opened = Post("/api/forms", R"({"open":"AnagraficaVettori","kind":"card"})");
+  ASSERT_TRUE(opened && opened->status == 200);
+  const std::string actions = "/api/forms/" + std::to_string(json::parse(opened->body)["state"]["formId"].get<int>()) + "/actions";
+  auto keys = [](const json& rows) {
+    std::vector<long> out;
+    for (const auto& r : rows) out.push_back(r["key"].get<long>());
+    return out;
+  };
+  auto act = [&](const json& action) { return json::parse(Post(actions, action.dump())->body); };
+
+  EXPECT_EQ(keys(act({{"find", "100%"}})["result"]["found"]), std::vector<long>{1});
+  EXPECT_EQ(keys(act({{"find", "Alfa_Beta"}})["result"]["found"]), std::vector<long>{3});
+  EXPECT_EQ(keys(act({{"list", {{"search", "Alfa_Beta"}}}})["result"]["list"]["rows"]), std::vector<long>{3});
+  EXPECT_EQ(keys(act({{"list", {{"filters", {{"RagioneSociale", "%"}}}}}})["result"]["list"]["rows"]), std::vector<long>{1});
+  // Neither nation's code nor its name holds an underscore.
+  json nations = act({{"lookup", "cdoNazione"}, {"search", "_"}});
+  ASSERT_EQ(nations["error"], nullptr) << nations.dump();
+  EXPECT_TRUE(nations["result"]["rows"].empty()) << nations.dump();
+  EXPECT_EQ(act({{"lookup", "cdoNazione"}, {"search", "ital"}})["result"]["rows"].size(), 1u);
+}
+
 }  // namespace
 }  // namespace corvina20::test

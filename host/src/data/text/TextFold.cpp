@@ -207,4 +207,18 @@ bool LikeMatch(std::string_view text, std::string_view pattern, char32_t escape)
   return Match(text, 0, pattern, 0, escape);
 }
 
+std::string LikeLiteral(std::string_view value) {
+  std::string out;
+  for (char c : value) {
+    if (c == '%' || c == '_' || c == '[') {
+      out += '[';
+      out += c;
+      out += ']';
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
 }  // namespace corvina20::data::text

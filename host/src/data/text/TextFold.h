@@ -5,6 +5,7 @@
 // full-text folding, which also drops accents (fulltext/FtsTokenizer.h).
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace corvina20::data::text {
@@ -28,5 +29,10 @@ int CompareNoCase(std::string_view a, std::string_view b);
 // character literal. Characters compare as CompareNoCase does. A `[` without
 // its `]` matches itself.
 bool LikeMatch(std::string_view text, std::string_view pattern, char32_t escape = 0);
+
+// `value` as a piece of a LIKE pattern that matches it literally: `%`, `_`
+// and `[` bracketed, the T-SQL way (the translator carries it to every
+// backend). What a user types into a search is text, never a wildcard.
+std::string LikeLiteral(std::string_view value);
 
 }  // namespace corvina20::data::text
