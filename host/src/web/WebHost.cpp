@@ -1,6 +1,7 @@
 // The web host's sessions and its API handlers (named verb_resource).
 #include "web/WebHost.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -25,6 +26,11 @@ using Clock = std::chrono::steady_clock;
 namespace {
 
 constexpr const char* kCookie = "corvina_session";
+// Sessions one user may hold at once (browsers, tabs that logged in again):
+// a login beyond them ends that user's least recently used session.
+constexpr std::size_t kMaxSessionsPerUser = 8;
+// Addresses whose failed logins are remembered at once (a minute each).
+constexpr std::size_t kMaxTrackedAddresses = 10000;
 
 Response Json(int status, const json& body) {
   Response r;
@@ -137,21 +143,68 @@ struct WebHost::Impl {
     };
   }
 
-  bool RateLimited(const std::string& address) {
+  // Takes one login attempt from `address`: false (refuse, 429) when it has
+  // used up its failures of the last minute. The attempt is counted before
+  // the password is checked, so parallel guesses cannot all slip under the
+  // limit; a login that succeeds gives its attempt back (ReturnAttempt).
+  // Addresses beyond kMaxTrackedAddresses with a failure in the last minute
+  // are refused too, so the table stays bounded under a flood.
+  std::optional<Clock::time_point> TakeAttempt(const std::string& address) {
     std::lock_guard lock(mutex);
-    auto& list = failures[address];
-    auto cutoff = Clock::now() - std::chrono::minutes(1);
-    while (!list.empty() && list.front() < cutoff) list.pop_front();
-    return static_cast<int>(list.size()) >= options.loginAttemptsPerMinute;
+    auto now = Clock::now();
+    auto it = failures.find(address);
+    if (it == failures.end()) {
+      if (failures.size() >= kMaxTrackedAddresses) ForgetOldFailures(now);
+      if (failures.size() >= kMaxTrackedAddresses) return std::nullopt;
+      it = failures.emplace(address, std::deque<Clock::time_point>()).first;
+    }
+    auto& list = it->second;
+    while (!list.empty() && list.front() < now - std::chrono::minutes(1)) list.pop_front();
+    if (static_cast<int>(list.size()) >= options.loginAttemptsPerMinute) return std::nullopt;
+    list.push_back(now);
+    return now;
   }
 
-  void NoteFailure(const std::string& address) {
+  void ReturnAttempt(const std::string& address, Clock::time_point taken) {
     std::lock_guard lock(mutex);
-    failures[address].push_back(Clock::now());
+    auto it = failures.find(address);
+    if (it == failures.end()) return;
+    auto& list = it->second;
+    for (auto at = list.begin(); at != list.end(); ++at)
+      if (*at == taken) {
+        list.erase(at);
+        break;
+      }
+    if (list.empty()) failures.erase(it);
+  }
+
+  // Drops the addresses whose failures are all over a minute old (mutex held).
+  void ForgetOldFailures(Clock::time_point now) {
+    for (auto it = failures.begin(); it != failures.end();)
+      if (it->second.empty() || it->second.back() < now - std::chrono::minutes(1)) it = failures.erase(it);
+      else ++it;
+  }
+
+  // Keeps at most kMaxSessionsPerUser sessions of `user`, ending the ones
+  // used least recently (mutex held; the caller closes what it gets back).
+  std::vector<std::shared_ptr<UiSession>> TrimSessionsOf(const std::string& user) {
+    std::vector<std::map<std::string, Entry>::iterator> mine;
+    for (auto it = sessions.begin(); it != sessions.end(); ++it)
+      if (it->second.ui->User() == user) mine.push_back(it);
+    std::vector<std::shared_ptr<UiSession>> ended;
+    if (mine.size() <= kMaxSessionsPerUser) return ended;
+    std::sort(mine.begin(), mine.end(),
+              [](const auto& a, const auto& b) { return a->second.ui->LastUse() < b->second.ui->LastUse(); });
+    for (std::size_t i = 0; i + kMaxSessionsPerUser < mine.size(); ++i) {
+      ended.push_back(mine[i]->second.ui);
+      sessions.erase(mine[i]);
+    }
+    return ended;
   }
 
   Response post_login(const Request& req) {
-    if (RateLimited(req.remoteAddress)) return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto");
+    std::optional<Clock::time_point> attempt = TakeAttempt(req.remoteAddress);
+    if (!attempt) return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto");
     json body = ParseBody(req.body);
     if (!body.is_object()) return Fail(400, "Servono utente e password");
     std::string user = body.value("user", ""), password = body.value("password", "");
@@ -160,16 +213,17 @@ struct WebHost::Impl {
       std::lock_guard lock(usersMutex);
       name = Users(usersConnection).Verify(user, password);
     }
-    if (name.empty()) {
-      NoteFailure(req.remoteAddress);
-      return Fail(401, "Utente o password errati");
-    }
+    if (name.empty()) return Fail(401, "Utente o password errati");  // the attempt stays counted
+    ReturnAttempt(req.remoteAddress, *attempt);
     auto ui = std::make_shared<UiSession>(name, options.database);
     std::string token = RandomToken(), csrf = RandomToken();
+    std::vector<std::shared_ptr<UiSession>> ended;
     {
       std::lock_guard lock(mutex);
       sessions[token] = {ui, csrf};
+      ended = TrimSessionsOf(name);
     }
+    for (auto& old : ended) old->Close();  // outside the lock: closing waits for its thread
     Response r = Json(200, {{"user", name}, {"csrf", csrf}});
     r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=" + token + "; HttpOnly; SameSite=Strict; Path=/"});
     return r;
@@ -310,6 +364,7 @@ struct WebHost::Impl {
       {
         std::lock_guard lock(mutex);
         auto limit = Clock::now() - std::chrono::seconds(options.sessionTimeoutSeconds);
+        ForgetOldFailures(Clock::now());
         for (auto it = sessions.begin(); it != sessions.end();) {
           if (it->second.ui->LastUse() < limit) {
             expired.push_back(it->second.ui);

@@ -6,6 +6,7 @@
 #include <httplib.h>
 
 #include <nlohmann/json.hpp>
+#include <algorithm>
 #include <thread>
 #include <vector>
 
@@ -141,6 +142,33 @@ TEST_F(HardenedServer, PercentAndUnderscoreTypedIntoASearchAreText) {
   ASSERT_EQ(nations["error"], nullptr) << nations.dump();
   EXPECT_TRUE(nations["result"]["rows"].empty()) << nations.dump();
   EXPECT_EQ(act({{"lookup", "cdoNazione"}, {"search", "ital"}})["result"]["rows"].size(), 1u);
+}
+
+TEST_F(HardenedServer, ParallelWrongLoginsCheckNoMorePasswordsThanTheLimit) {
+  std::vector<int> statuses(40, 0);
+  std::vector<std::thread> guessers;
+  for (int i = 0; i < 40; ++i)
+    guessers.emplace_back([&, i] {
+      httplib::Client c("127.0.0.1", port);
+      c.set_read_timeout(60, 0);
+      auto r = c.Post("/api/login", R"({"user":"anna","password":"tentativo)" + std::to_string(i) + R"("})",
+                      "application/json");
+      statuses[i] = r ? r->status : -1;
+    });
+  for (auto& t : guessers) t.join();
+  EXPECT_EQ(std::count(statuses.begin(), statuses.end(), 401), 5);
+  EXPECT_EQ(std::count(statuses.begin(), statuses.end(), 429), 35);
+}
+
+TEST_F(HardenedServer, AUserLoggingInAgainAndAgainKeepsAtMostEightSessions) {
+  // The session of SetUp is the first; nine more logins of the same user.
+  for (int i = 0; i < 9; ++i) {
+    httplib::Client c("127.0.0.1", port);
+    auto r = c.Post("/api/login", R"({"user":"anna","password":"segreta1"})", "application/json");
+    ASSERT_TRUE(r && r->status == 200);
+  }
+  EXPECT_EQ(host->SessionCount(), 8u);
+  EXPECT_EQ(client->Get("/api/me", headers)->status, 401);  // the least recently used ended
 }
 
 }  // namespace
