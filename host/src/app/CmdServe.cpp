@@ -20,10 +20,8 @@ constexpr const char* kDemoPassword = "demo";
 
 // The address "host:port" given to --listen.
 void SplitListen(const std::string& listen, std::string& host, int& port) {
-  auto colon = listen.rfind(':');
-  if (colon == std::string::npos) throw CLI::ValidationError("--listen", "serve host:porta, per esempio 127.0.0.1:8080");
-  host = listen.substr(0, colon);
-  port = std::stoi(listen.substr(colon + 1));
+  std::string why;
+  if (!web::ParseListenAddress(listen, host, port, why)) throw CLI::ValidationError("--listen", why);
 }
 
 }  // namespace
@@ -70,15 +68,19 @@ void AddServeCommand(CLI::App& app) {
       sigwait(&set, &sig);
       host.Stop();
     });
-    std::cout << "Corvina in ascolto su http://" << options.host << ":" << options.port << "/ (database "
-              << *db << ")\n" << std::flush;
-    bool ok = host.Run();
-    if (!ok) {
+    // The line comes after the bind, with the port really bound, so whoever
+    // waits for it (a script, a test) can connect at once.
+    int port = host.Bind();
+    if (port < 0) {
       std::cerr << "corvina: impossibile ascoltare su " << *listen << "\n";
       pthread_kill(waiter.native_handle(), SIGTERM);
+      waiter.join();
+      std::exit(1);
     }
+    std::cout << "Corvina in ascolto su http://" << options.host << ":" << port << "/ (database " << *db << ")\n"
+              << std::flush;
+    host.Serve();
     waiter.join();
-    if (!ok) std::exit(1);
   });
 }
 

@@ -43,8 +43,9 @@ class HttpServer {
  public:
   HttpServer(std::vector<Route> routes, std::string staticDir);
   ~HttpServer();
-  // Binds and serves; returns false when the address cannot be bound.
-  bool Listen(const std::string& host, int port);
+  // Binds `host`:`port` (0: any free port) and returns the port bound; -1
+  // when the address cannot be bound. Serve with ServeBound.
+  int Bind(const std::string& host, int port);
   // Binds to any free port on `host` and returns it (tests); -1 on failure.
   int BindAnyPort(const std::string& host);
   void ServeBound();  // after BindAnyPort

@@ -111,7 +111,10 @@ HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_
 
 HttpServer::~HttpServer() { delete impl_; }
 
-bool HttpServer::Listen(const std::string& host, int port) { return impl_->server.listen(host, port); }
+int HttpServer::Bind(const std::string& host, int port) {
+  if (port == 0) return BindAnyPort(host);
+  return impl_->server.bind_to_port(host, port) ? port : -1;
+}
 
 int HttpServer::BindAnyPort(const std::string& host) { return impl_->server.bind_to_any_port(host); }
 

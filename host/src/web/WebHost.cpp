@@ -99,6 +99,25 @@ std::optional<int> OpenerOf(const Outcome& o, int formId) {
 
 }  // namespace
 
+bool ParseListenAddress(const std::string& text, std::string& host, int& port, std::string& why) {
+  auto colon = text.rfind(':');
+  if (colon == std::string::npos || colon == 0) {
+    why = "serve host:porta, per esempio 127.0.0.1:8080";
+    return false;
+  }
+  const std::string digits = text.substr(colon + 1);
+  // Digits only: std::stoi would take "80abc" as 80 and "-1" as a number.
+  bool numeric = !digits.empty() && digits.size() <= 5 &&
+                 std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+  if (!numeric || std::stoi(digits) > 65535) {
+    why = "la porta «" + digits + "» non è un numero fra 0 e 65535";
+    return false;
+  }
+  host = text.substr(0, colon);
+  port = std::stoi(digits);
+  return true;
+}
+
 std::string DefaultWebDirectory() {
   if (const char* dir = std::getenv("CORVINA_WEB_DIR"); dir != nullptr && *dir != '\0') return dir;
   return CORVINA_DEFAULT_WEB_DIR;
@@ -406,9 +425,11 @@ std::vector<Route> WebHost::Routes() {
   };
 }
 
-bool WebHost::Run() {
+int WebHost::Bind() { return impl_->server->Bind(impl_->options.host, impl_->options.port); }
+
+void WebHost::Serve() {
   impl_->sweeper = std::thread([m = impl_.get()] { m->Sweep(); });
-  return impl_->server->Listen(impl_->options.host, impl_->options.port);
+  impl_->server->ServeBound();
 }
 
 int WebHost::Start() {

@@ -31,8 +31,11 @@ class WebHost {
 
   // The route table (one place for every route).
   std::vector<Route> Routes();
-  // Serves until Stop(); false when the address cannot be bound.
-  bool Run();
+  // Binds the options' address and returns the port bound (the free one
+  // chosen when the options say 0); -1 when it cannot be bound.
+  int Bind();
+  // After Bind: serves until Stop().
+  void Serve();
   // Serves on a background thread on a free port of the host; returns it.
   int Start();
   void Stop();
@@ -43,6 +46,11 @@ class WebHost {
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };
+
+// Reads `text` as "host:port" for --listen: a host that is not empty and a
+// port of digits only, 0 (any free port) to 65535. Returns false and says why
+// in `why` (Italian, for the user) otherwise; host and port unchanged then.
+bool ParseListenAddress(const std::string& text, std::string& host, int& port, std::string& why);
 
 // $CORVINA_WEB_DIR, else the source tree's host/web.
 std::string DefaultWebDirectory();

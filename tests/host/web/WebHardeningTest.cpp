@@ -176,5 +176,40 @@ TEST_F(HardenedServer, AUserLoggingInAgainAndAgainKeepsAtMostEightSessions) {
   EXPECT_EQ(client->Get("/api/me", headers)->status, 401);  // the least recently used ended
 }
 
+TEST(ListenAddress, OnlyAHostAndAPortOfDigitsWithinRangeAreTaken) {
+  std::string host, why;
+  int port = -1;
+  EXPECT_TRUE(web::ParseListenAddress("127.0.0.1:8080", host, port, why));
+  EXPECT_EQ(host, "127.0.0.1");
+  EXPECT_EQ(port, 8080);
+  EXPECT_TRUE(web::ParseListenAddress("localhost:0", host, port, why));  // any free port
+  EXPECT_EQ(port, 0);
+  for (const char* bad : {"127.0.0.1", "127.0.0.1:", ":8080", "127.0.0.1:80abc", "127.0.0.1:http",
+                          "127.0.0.1:-1", "127.0.0.1:65536", "127.0.0.1:99999999999", "127.0.0.1: 80"}) {
+    port = 1234;
+    why.clear();
+    EXPECT_FALSE(web::ParseListenAddress(bad, host, port, why)) << bad;
+    EXPECT_FALSE(why.empty()) << bad;
+    EXPECT_EQ(port, 1234) << bad;
+  }
+}
+
+TEST(ListenAddress, BindingPortZeroGivesTheRealPortBeforeServing) {
+  TempDir dir;
+  { InitDatabase(*OpenDatabase(dir.File("bind.db")), false); }
+  web::WebOptions options;
+  options.database = dir.File("bind.db");
+  options.port = 0;
+  web::WebHost host(options);
+  const int port = host.Bind();
+  ASSERT_GT(port, 0);
+  std::thread serving([&host] { host.Serve(); });
+  httplib::Client c("127.0.0.1", port);
+  auto r = c.Get("/api/me");
+  EXPECT_TRUE(r && r->status == 401);
+  host.Stop();
+  serving.join();
+}
+
 }  // namespace
 }  // namespace corvina20::test
