@@ -72,7 +72,8 @@ void AddServeCommand(CLI::App& app) {
     // waits for it (a script, a test) can connect at once.
     int port = host.Bind();
     if (port < 0) {
-      std::cerr << "corvina: impossibile ascoltare su " << *listen << "\n";
+      std::cerr << "corvina: impossibile ascoltare su " << *listen
+                << ": l'indirizzo è già in uso (un altro corvina serve?) o non è di questa macchina\n";
       pthread_kill(waiter.native_handle(), SIGTERM);
       waiter.join();
       std::exit(1);

@@ -66,6 +66,14 @@ HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_
   impl_->routes = std::move(routes);
   impl_->server.set_mount_point("/", staticDir);
   impl_->server.set_payload_max_length(1 << 20);
+  // The library's default shares the port (SO_REUSEPORT): a second server on
+  // the same address would start silently and split the traffic. Only
+  // SO_REUSEADDR, so a restart need not wait for old connections to time
+  // out, and a second server's bind fails.
+  impl_->server.set_socket_options([](int sock) {
+    int yes = 1;
+    setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+  });
   auto dispatch = [this](const httplib::Request& hreq, httplib::Response& hres) {
     Request req;
     req.method = hreq.method;

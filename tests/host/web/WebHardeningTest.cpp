@@ -194,7 +194,7 @@ TEST(ListenAddress, OnlyAHostAndAPortOfDigitsWithinRangeAreTaken) {
   }
 }
 
-TEST(ListenAddress, BindingPortZeroGivesTheRealPortBeforeServing) {
+TEST(ListenAddress, BindingPortZeroGivesTheRealPortAndASecondServerCannotShareIt) {
   TempDir dir;
   { InitDatabase(*OpenDatabase(dir.File("bind.db")), false); }
   web::WebOptions options;
@@ -207,6 +207,10 @@ TEST(ListenAddress, BindingPortZeroGivesTheRealPortBeforeServing) {
   httplib::Client c("127.0.0.1", port);
   auto r = c.Get("/api/me");
   EXPECT_TRUE(r && r->status == 401);
+  // A second server on the same address cannot bind it (no port sharing).
+  options.port = port;
+  web::WebHost second(options);
+  EXPECT_EQ(second.Bind(), -1);
   host.Stop();
   serving.join();
 }
