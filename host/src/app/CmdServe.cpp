@@ -31,14 +31,27 @@ void AddServeCommand(CLI::App& app) {
   auto db = std::make_shared<std::string>(DefaultDatabase());
   auto listen = std::make_shared<std::string>("127.0.0.1:8080");
   auto timeout = std::make_shared<int>(1800);
+  auto tlsProxy = std::make_shared<bool>(false);
+  auto remoteDemo = std::make_shared<bool>(false);
   cmd->add_option("--db", *db, "File del database (creato con i dati dimostrativi se manca)");
   cmd->add_option("--listen", *listen, "Indirizzo e porta (solo loopback se non indicato)");
   cmd->add_option("--session-timeout", *timeout, "Secondi di inattività dopo cui una sessione scade");
-  cmd->callback([db, listen, timeout] {
+  cmd->add_flag("--tls-proxy", *tlsProxy,
+                "Il server sta dietro un proxy TLS: il cookie di sessione viaggia solo su HTTPS (Secure)");
+  cmd->add_flag("--allow-demo-remote", *remoteDemo,
+                "Ammette l'utente dimostrativo anche su un indirizzo non di loopback");
+  cmd->callback([db, listen, timeout, tlsProxy, remoteDemo] {
     web::WebOptions options;
     options.database = *db;
     options.sessionTimeoutSeconds = *timeout;
     SplitListen(*listen, options.host, options.port);
+    options.secureCookie = *tlsProxy;
+    const bool remote = !web::IsLoopbackHost(options.host);
+    // Other machines reach this address: passwords and cookies cross the
+    // network, in clear unless a TLS proxy stands in front.
+    if (remote && !*tlsProxy)
+      std::cerr << "corvina: ATTENZIONE: " << options.host << " è raggiungibile da altre macchine e il server "
+                << "parla HTTP in chiaro: metterlo dietro un proxy TLS e avviarlo con --tls-proxy\n";
     std::filesystem::path p(*db);
     bool fresh = !std::filesystem::exists(p);
     if (p.has_parent_path()) std::filesystem::create_directories(p.parent_path());
@@ -54,7 +67,15 @@ void AddServeCommand(CLI::App& app) {
         }
         users.Add(kDemoUser, kDemoPassword);
       }
-      if (demo) std::cout << "Utente dimostrativo: " << kDemoUser << " / password " << kDemoPassword << "\n";
+      // The demo user's password is public: off loopback it would let anyone in.
+      bool demoUser = !users.Verify(kDemoUser, kDemoPassword).empty();
+      if (demoUser && remote && !*remoteDemo) {
+        std::cerr << "corvina: l'utente dimostrativo (" << kDemoUser << " / " << kDemoPassword
+                  << ") non è ammesso su " << options.host << ", raggiungibile da altre macchine: cambiarne la "
+                  << "password (corvina users passwd) o avviare con --allow-demo-remote\n";
+        std::exit(2);
+      }
+      if (demoUser) std::cout << "Utente dimostrativo: " << kDemoUser << " / password " << kDemoPassword << "\n";
     }
     // Signals end the server from a thread of their own.
     sigset_t set;

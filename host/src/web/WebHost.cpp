@@ -118,6 +118,10 @@ bool ParseListenAddress(const std::string& text, std::string& host, int& port, s
   return true;
 }
 
+bool IsLoopbackHost(const std::string& host) {
+  return host == "localhost" || host == "::1" || host == "[::1]" || host.rfind("127.", 0) == 0;
+}
+
 std::string DefaultWebDirectory() {
   if (const char* dir = std::getenv("CORVINA_WEB_DIR"); dir != nullptr && *dir != '\0') return dir;
   return CORVINA_DEFAULT_WEB_DIR;
@@ -244,8 +248,13 @@ struct WebHost::Impl {
     }
     for (auto& old : ended) old->Close();  // outside the lock: closing waits for its thread
     Response r = Json(200, {{"user", name}, {"csrf", csrf}});
-    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=" + token + "; HttpOnly; SameSite=Strict; Path=/"});
+    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=" + token + CookieAttributes()});
     return r;
+  }
+
+  // Behind a TLS proxy the browser must never send the cookie over plain HTTP.
+  std::string CookieAttributes() const {
+    return std::string("; HttpOnly; SameSite=Strict; Path=/") + (options.secureCookie ? "; Secure" : "");
   }
 
   Response post_logout(const Request& req, Entry& entry) {
@@ -256,7 +265,7 @@ struct WebHost::Impl {
     }
     ui->Close();
     Response r = Json(200, {{"loggedOut", true}});
-    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=; HttpOnly; SameSite=Strict; Path=/; Max-Age=0"});
+    r.headers.push_back({"Set-Cookie", std::string(kCookie) + "=" + CookieAttributes() + "; Max-Age=0"});
     return r;
   }
 

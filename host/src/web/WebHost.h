@@ -22,6 +22,7 @@ struct WebOptions {
   int sessionTimeoutSeconds = 1800;   // idle time after which a session ends
   int loginAttemptsPerMinute = 5;     // failed logins allowed per address
   std::string staticDir;              // the browser client; "" = the build's host/web
+  bool secureCookie = false;          // behind a TLS proxy: the session cookie carries Secure
 };
 
 class WebHost {
@@ -51,6 +52,10 @@ class WebHost {
 // port of digits only, 0 (any free port) to 65535. Returns false and says why
 // in `why` (Italian, for the user) otherwise; host and port unchanged then.
 bool ParseListenAddress(const std::string& text, std::string& host, int& port, std::string& why);
+
+// True for an address only this machine reaches: 127.0.0.0/8, ::1,
+// "localhost". False for any other (0.0.0.0 and "::" listen on every interface).
+bool IsLoopbackHost(const std::string& host);
 
 // $CORVINA_WEB_DIR, else the source tree's host/web.
 std::string DefaultWebDirectory();

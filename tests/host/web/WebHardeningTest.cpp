@@ -215,5 +215,35 @@ TEST(ListenAddress, BindingPortZeroGivesTheRealPortAndASecondServerCannotShareIt
   serving.join();
 }
 
+TEST(ListenAddress, OnlyLoopbackAddressesCountAsThisMachinesOwn) {
+  for (const char* own : {"127.0.0.1", "127.1.2.3", "localhost", "::1"}) EXPECT_TRUE(web::IsLoopbackHost(own)) << own;
+  for (const char* open : {"0.0.0.0", "::", "192.168.1.10", "10.0.0.1", "ditta.example"})
+    EXPECT_FALSE(web::IsLoopbackHost(open)) << open;
+}
+
+TEST(SessionCookie, BehindATlsProxyTheCookieIsSecure) {
+  TempDir dir;
+  {
+    auto db = OpenDatabase(dir.File("tls.db"));
+    InitDatabase(*db, false);
+    web::Users(db).Add("anna", "segreta1");
+  }
+  for (bool tls : {false, true}) {
+    web::WebOptions options;
+    options.database = dir.File("tls.db");
+    options.secureCookie = tls;
+    web::WebHost host(options);
+    const int port = host.Start();
+    ASSERT_GT(port, 0);
+    httplib::Client c("127.0.0.1", port);
+    auto r = c.Post("/api/login", R"({"user":"anna","password":"segreta1"})", "application/json");
+    ASSERT_TRUE(r && r->status == 200);
+    const std::string cookie = r->get_header_value("Set-Cookie");
+    EXPECT_EQ(cookie.find("; Secure") != std::string::npos, tls) << cookie;
+    EXPECT_NE(cookie.find("HttpOnly; SameSite=Strict; Path=/"), std::string::npos) << cookie;
+    host.Stop();
+  }
+}
+
 }  // namespace
 }  // namespace corvina20::test
