@@ -5,6 +5,7 @@
 #include <httplib.h>
 
 #include <nlohmann/json.hpp>
+#include <iostream>
 #include <sstream>
 
 #include "core/Text.h"
@@ -31,6 +32,12 @@ bool Match(const std::string& pattern, const std::string& path, std::map<std::st
   return true;
 }
 
+// The one error shape of the API.
+std::string ErrorBody(const std::string& description) {
+  return nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", description}}}}.dump();
+}
+
+// Set once per response, by the post-routing handler only.
 void Secure(httplib::Response& res) {
   res.set_header("X-Content-Type-Options", "nosniff");
   res.set_header("X-Frame-Options", "DENY");
@@ -92,19 +99,21 @@ HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_
       try {
         res = route.handler(req);
       } catch (const std::exception& e) {
+        // A library's own text (a JSON type error…) means nothing to the
+        // user: it goes to the log, the answer says the failure is ours.
+        std::cerr << "corvina: " << req.method << " " << req.path << ": " << e.what() << "\n";
         res.status = 500;
-        res.body = nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", e.what()}}}}.dump();
+        res.body = ErrorBody("Errore interno del server");
       }
       break;
     }
     if (!found) {
       res.status = 404;
-      res.body = nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", "Risorsa inesistente: " + req.path}}}}.dump();
+      res.body = ErrorBody("Risorsa inesistente: " + req.path);
     }
     hres.status = res.status;
     for (const auto& [k, v] : res.headers) hres.set_header(k, v);
     hres.set_header("Cache-Control", "no-store");
-    Secure(hres);
     hres.set_content(res.body, res.contentType);
   };
   for (const char* method : {"GET", "POST", "DELETE"}) {
@@ -114,6 +123,16 @@ HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_
     else if (m == "POST") impl_->server.Post(R"(/api/.*)", handler);
     else impl_->server.Delete(R"(/api/.*)", handler);
   }
+  // What the library refuses itself (a body over the limit: 413, a request it
+  // cannot read: 400, a method it has no route for) answers the same shape.
+  impl_->server.set_error_handler([](const httplib::Request& req, httplib::Response& res) {
+    if (!res.body.empty()) return;
+    std::string description = res.status == 413   ? "Richiesta troppo grande"
+                              : res.status == 404 ? "Risorsa inesistente: " + req.path
+                              : res.status == 405 ? "Metodo non ammesso: " + req.method
+                                                  : "Richiesta non valida";
+    res.set_content(ErrorBody(description), "application/json; charset=utf-8");
+  });
   impl_->server.set_post_routing_handler([](const httplib::Request&, httplib::Response& res) { Secure(res); });
 }
 

@@ -340,16 +340,16 @@ struct WebHost::Impl {
   std::optional<int> FormId(const Request& req) {
     auto it = req.params.find("id");
     if (it == req.params.end()) return std::nullopt;
-    try {
-      return std::stoi(it->second);
-    } catch (...) {
+    // Digits only: std::stoi would read "1abc" as form 1.
+    const std::string& id = it->second;
+    if (id.empty() || id.size() > 9 || !std::all_of(id.begin(), id.end(), [](char c) { return c >= '0' && c <= '9'; }))
       return std::nullopt;
-    }
+    return std::stoi(id);
   }
 
   Response get_form(const Request& req, Entry& entry) {
     auto id = FormId(req);
-    if (!id) return Fail(400, "Maschera non valida");
+    if (!id) return Fail(404, "Maschera non aperta");
     Outcome o = entry.ui->Submit({{"formId", *id}, {"state", true}});
     if (o.error) return Json(404, {{"error", *o.error}});
     return Json(200, {{"state", (*o.result)["state"]}, {"dialog", o.dialog ? *o.dialog : json(nullptr)}});
@@ -358,7 +358,8 @@ struct WebHost::Impl {
   Response post_action(const Request& req, Entry& entry) {
     auto id = FormId(req);
     json action = ParseBody(req.body);
-    if (!id || !action.is_object()) return Fail(400, "Serve un'azione JSON su una maschera aperta");
+    if (!id) return Fail(404, "Maschera non aperta");
+    if (!action.is_object()) return Fail(400, "Serve un'azione JSON su una maschera aperta");
     for (const char* refused : {"open", "answers", "param", "query"})
       if (action.contains(refused)) return Fail(400, std::string("Azione non ammessa qui: ") + refused);
     return Act(*entry.ui, action, id);
@@ -366,7 +367,7 @@ struct WebHost::Impl {
 
   Response delete_form(const Request& req, Entry& entry) {
     auto id = FormId(req);
-    if (!id) return Fail(400, "Maschera non valida");
+    if (!id) return Fail(404, "Maschera non aperta");
     Outcome o = entry.ui->Submit({{"formId", *id}, {"close", true}});
     if (o.error) return Json(404, Body(o));
     // Closing a modal form resumes the action that showed it: its outcome,

@@ -245,5 +245,25 @@ TEST(SessionCookie, BehindATlsProxyTheCookieIsSecure) {
   }
 }
 
+TEST_F(HardenedServer, EveryRefusalHasTheOneErrorShapeAndTheSecurityHeadersOnce) {
+  auto shaped = [](const httplib::Result& r, int status) {
+    ASSERT_TRUE(r);
+    EXPECT_EQ(r->status, status) << r->body;
+    json body = json::parse(r->body, nullptr, false);
+    ASSERT_TRUE(body.is_object()) << r->body;
+    EXPECT_EQ(body["error"]["source"], "Corvina20.Web") << r->body;
+    EXPECT_TRUE(body["error"]["description"].is_string()) << r->body;
+    EXPECT_EQ(r->get_header_value_count("X-Frame-Options"), 1u);
+    EXPECT_EQ(r->get_header_value_count("Content-Security-Policy"), 1u);
+  };
+  shaped(client->Get("/api/forms/1abc", headers), 404);
+  shaped(client->Get("/api/forms/-1", headers), 404);
+  shaped(client->Delete("/api/forms/1abc", headers), 404);
+  shaped(Post("/api/forms/1abc/actions", R"({"state":true})"), 404);
+  shaped(Post("/api/forms", std::string(2 << 20, ' ')), 413);
+  shaped(client->Put("/api/forms", headers, "{}", "application/json"), 404);  // no route takes PUT
+  shaped(client->Get("/api/nothing", headers), 404);
+}
+
 }  // namespace
 }  // namespace corvina20::test
