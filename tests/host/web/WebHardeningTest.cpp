@@ -1,7 +1,10 @@
 // Faults of the web host under hostile or clumsy use: a session closed by
-// several requests at once (a double click on the logout), bodies the API
-// must refuse before they do harm (JSON nested deeper than any real request). Each case runs against a real database
-// and, where the HTTP path matters, a real server on the loopback address.
+// several requests at once (a double click on the logout), bodies nested too
+// deep, dialog answers no button gives, wildcards typed into searches, raced
+// and repeated logins, listen addresses and a second server on one port, the
+// cookie behind TLS, and the one error shape of every refusal. Each case runs
+// on a real database and, where the HTTP path matters, a real server on the
+// loopback address.
 #include <gtest/gtest.h>
 #include <httplib.h>
 
