@@ -146,12 +146,7 @@ AnagraficaContatti::AnagraficaContatti()
   bdyAllegati.Place("", kPageCrm);
   AddAttachmentColumns(bdyAllegati);
 
-  lblAnagraficheDoppie.Place("", kPageDoppie);
-  lblAnagraficheDoppie.SetVisible(false);
-  for (corvina20::VxBody* grid : {&bdyAnagraficheDoppie, &bdyAnagraficheDoppie2}) {
-    grid->Place("", kPageDoppie);
-    AddDuplicateColumns(*grid);
-  }
+  PlaceDuplicatesPanel(lblAnagraficheDoppie, bdyAnagraficheDoppie, bdyAnagraficheDoppie2, kPageDoppie);
 
   WireEvents();
 }

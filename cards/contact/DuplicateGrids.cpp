@@ -43,6 +43,16 @@ void AddDuplicateColumns(corvina20::VxBody& grid) {
   grid.SetAllowAddDelete(false);
 }
 
+void PlaceDuplicatesPanel(corvina20::Control& label, corvina20::VxBody& doppie,
+                          corvina20::VxBody& simili, int page) {
+  label.Place("", page);
+  label.SetVisible(false);
+  for (corvina20::VxBody* grid : {&doppie, &simili}) {
+    grid->Place("", page);
+    AddDuplicateColumns(*grid);
+  }
+}
+
 void NotifyHostDuplicates(DuplicatesNotice notice) {
   App().Notify(notice == DuplicatesNotice::MergeBegins ? "BeginUpdate" : "EndUpdate", {});
 }

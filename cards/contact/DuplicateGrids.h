@@ -22,6 +22,11 @@ enum class DuplicatesNotice { MergeBegins, MergeEnds };
 // ("Tipo"); the user adds or deletes no row.
 void AddDuplicateColumns(corvina20::VxBody& grid);
 
+// The duplicates panel of a party card on its tab page `page`: the label
+// (hidden until duplicates are found) and the two grids with their columns.
+void PlaceDuplicatesPanel(corvina20::Control& label, corvina20::VxBody& doppie,
+                          corvina20::VxBody& simili, int page);
+
 // Tells the host that a merge of duplicates begins or has ended, so that it
 // can hold back and then refresh what the merge changes (the open calendar,
 // the CRM lists): the session's Notify with "BeginUpdate" or "EndUpdate" and

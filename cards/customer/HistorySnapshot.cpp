@@ -16,10 +16,10 @@ bool SameValue(const Variant& a, const Variant& b) {
   return a.Equals(b);
 }
 
-}  // namespace
-
-const std::vector<SnapshotField>& CustomerSnapshotFields() {
-  static const std::vector<SnapshotField> fields = {
+// The fields both sides watch: name, address, identity, exemption code and
+// period; `exemptBox` is the side's own exemption check box.
+std::vector<SnapshotField> CommonSnapshotFields(const char* exemptBox) {
+  return {
       {"txtRagioneSociale1", "RagioneSociale", false},
       {"txtRagioneSociale2", "RagioneSociale2", false},
       {"txtIndirizzo", "Indirizzo", false},
@@ -29,40 +29,39 @@ const std::vector<SnapshotField>& CustomerSnapshotFields() {
       {"cdoNazione", "CodNazione", false},
       {"txtPartitaIva", "PartitaIva", false},
       {"cdoCodiceFiscale", "CodiceFiscale", false},
-      {"ckbClienteEsente", "Esente", false},
+      {exemptBox, "Esente", false},
       {"cdoCodIvaEsente", "CodIvaEsente", false},
       {"dteValiditaAutorizDa", "ValiditaAutorizzDa", true},
       {"dteValiditaAutorizA", "ValiditaAutorizzA", true},
-      {"txtLetInt", "NrAutorizz", false},
-      {"dteLetInt", "DataAutorizz", true},
-      {"txtNsNrAutorizz", "NsNrAutorizz", false},
-      {"dteNsDataAutorizz", "NsDataAutorizz", true},
-      {"ckbSoggettoConai", "FlagSoggettoConai", false},
-      {"percEsenzConai", "PercEsenzConai", false},
-      {"dteDataConai", "DataLetteraConai", true},
-      {"percEsenzConaiModificabile", "PercEsenzConaiModificabile", false},
   };
+}
+
+std::vector<SnapshotField> WithFields(std::vector<SnapshotField> fields,
+                                      std::initializer_list<SnapshotField> more) {
+  fields.insert(fields.end(), more);
+  return fields;
+}
+
+}  // namespace
+
+const std::vector<SnapshotField>& CustomerSnapshotFields() {
+  static const std::vector<SnapshotField> fields =
+      WithFields(CommonSnapshotFields("ckbClienteEsente"),
+                 {{"txtLetInt", "NrAutorizz", false},
+                  {"dteLetInt", "DataAutorizz", true},
+                  {"txtNsNrAutorizz", "NsNrAutorizz", false},
+                  {"dteNsDataAutorizz", "NsDataAutorizz", true},
+                  {"ckbSoggettoConai", "FlagSoggettoConai", false},
+                  {"percEsenzConai", "PercEsenzConai", false},
+                  {"dteDataConai", "DataLetteraConai", true},
+                  {"percEsenzConaiModificabile", "PercEsenzConaiModificabile", false}});
   return fields;
 }
 
 const std::vector<SnapshotField>& SupplierSnapshotFields() {
-  static const std::vector<SnapshotField> fields = {
-      {"txtRagioneSociale1", "RagioneSociale", false},
-      {"txtRagioneSociale2", "RagioneSociale2", false},
-      {"txtIndirizzo", "Indirizzo", false},
-      {"txtCitta", "Citta", false},
-      {"txtCap", "", false},
-      {"txtProvincia", "Provincia", false},
-      {"cdoNazione", "CodNazione", false},
-      {"txtPartitaIva", "PartitaIva", false},
-      {"cdoCodiceFiscale", "CodiceFiscale", false},
-      {"ckbFornitoreEsente", "Esente", false},
-      {"cdoCodIvaEsente", "CodIvaEsente", false},
-      {"dteValiditaAutorizDa", "ValiditaAutorizzDa", true},
-      {"dteValiditaAutorizA", "ValiditaAutorizzA", true},
-      {"txtNsNrAutorizz", "NsNrAutorizz", false},
-      {"dteNsDataAutorizz", "NsDataAutorizz", true},
-  };
+  static const std::vector<SnapshotField> fields =
+      WithFields(CommonSnapshotFields("ckbFornitoreEsente"),
+                 {{"txtNsNrAutorizz", "NsNrAutorizz", false}, {"dteNsDataAutorizz", "NsDataAutorizz", true}});
   return fields;
 }
 
