@@ -4,11 +4,14 @@
 
 #include <httplib.h>
 
+#include <sys/socket.h>
+
 #include <nlohmann/json.hpp>
 #include <iostream>
 #include <sstream>
 
 #include "core/Text.h"
+#include "web/WorkerPool.h"
 
 namespace corvina20::web {
 namespace {
@@ -36,6 +39,22 @@ bool Match(const std::string& pattern, const std::string& path, std::map<std::st
 std::string ErrorBody(const std::string& description) {
   return nlohmann::json{{"error", {{"number", nullptr}, {"source", "Corvina20.Web"}, {"description", description}}}}.dump();
 }
+
+// Sized for ~50 users (see docs/performance.md). A connection holds a worker
+// while it is open, so the pool grows (WorkerPool.h); these bound how long
+// one that sends nothing keeps it.
+constexpr std::size_t kInitialWorkers = 16;
+// A read waiting longer than this ends the connection (it restarts with each
+// line received: the library has no bound on a request's whole header).
+constexpr int kReadTimeoutSeconds = 5;
+// An idle keep-alive connection is closed after this; a busy one serves up
+// to kKeepAliveRequests requests before the client must reconnect.
+constexpr int kKeepAliveSeconds = 3;
+constexpr std::size_t kKeepAliveRequests = 1000;
+// Connections the kernel holds before the server accepts them: the
+// library's 5 turned a burst of users into SYNs dropped and retried a
+// second later.
+constexpr int kListenBacklog = 256;
 
 // Set once per response, by the post-routing handler only.
 void Secure(httplib::Response& res) {
@@ -67,17 +86,30 @@ std::string Request::Header(const std::string& lowerName) const {
 struct HttpServer::Impl {
   httplib::Server server;
   std::vector<Route> routes;
+  int listening = -1;  // the listening socket, once bound
+
+  // The library listens with a backlog of 5; listening again on the bound
+  // socket widens it.
+  bool Widen(bool bound) {
+    if (bound && listening >= 0) ::listen(listening, kListenBacklog);
+    return bound;
+  }
 };
 
 HttpServer::HttpServer(std::vector<Route> routes, std::string staticDir) : impl_(new Impl) {
   impl_->routes = std::move(routes);
   impl_->server.set_mount_point("/", staticDir);
   impl_->server.set_payload_max_length(1 << 20);
+  impl_->server.set_read_timeout(kReadTimeoutSeconds, 0);
+  impl_->server.set_keep_alive_timeout(kKeepAliveSeconds);
+  impl_->server.set_keep_alive_max_count(kKeepAliveRequests);
+  impl_->server.new_task_queue = [] { return new WorkerPool(kInitialWorkers); };
   // The library's default shares the port (SO_REUSEPORT): a second server on
   // the same address would start silently and split the traffic. Only
   // SO_REUSEADDR, so a restart need not wait for old connections to time
   // out, and a second server's bind fails.
-  impl_->server.set_socket_options([](int sock) {
+  impl_->server.set_socket_options([impl = impl_](int sock) {
+    impl->listening = sock;
     int yes = 1;
     setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
   });
@@ -140,10 +172,14 @@ HttpServer::~HttpServer() { delete impl_; }
 
 int HttpServer::Bind(const std::string& host, int port) {
   if (port == 0) return BindAnyPort(host);
-  return impl_->server.bind_to_port(host, port) ? port : -1;
+  return impl_->Widen(impl_->server.bind_to_port(host, port)) ? port : -1;
 }
 
-int HttpServer::BindAnyPort(const std::string& host) { return impl_->server.bind_to_any_port(host); }
+int HttpServer::BindAnyPort(const std::string& host) {
+  int port = impl_->server.bind_to_any_port(host);
+  impl_->Widen(port > 0);
+  return port;
+}
 
 void HttpServer::ServeBound() { impl_->server.listen_after_bind(); }
 
