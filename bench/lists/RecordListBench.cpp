@@ -1,7 +1,7 @@
 // The customer card's record list at the server, as the browser asks for it:
 // the first page and a page in the middle of the register, by code and by
-// name, a town searched, a column filter, and a search that matches one
-// party only. The module is loaded by the host's loader on a HostSession and
+// name, a town searched, a column filter, a rare word (one party), a common
+// word sorted by name, and a VAT number that matches one party only. The module is loaded by the host's loader on a HostSession and
 // the card opened as `corvina serve` opens it; each measure is one call of
 // Card::List for a page of 50 rows (what the API's "list" action runs).
 //
@@ -104,6 +104,18 @@ const std::vector<Case>& Cases() {
        [](Register&, std::size_t, ListQuery& q, std::vector<Variant>&) {
          q.sortField = "RagioneSociale";
          q.filters = {{"Citta", "Bologna"}};
+       }},
+      {"SearchRareWord",
+       [](Register& r, std::size_t n, ListQuery& q, std::vector<Variant>&) {
+         // A surname no generated party has, planted once in one name.
+         r.db->Execute("UPDATE STDAnagrafiche SET RagioneSociale = 'Quercioli Trasporti Srl' WHERE IdAnagrafica = ?",
+                       {Variant(static_cast<std::int32_t>(n / 3))});
+         q.search = "quercioli";
+       }},
+      {"SearchCommonWordByName",
+       [](Register&, std::size_t, ListQuery& q, std::vector<Variant>&) {
+         q.sortField = "RagioneSociale";
+         q.search = "trasporti";
        }},
       {"SearchOneVatNumber",
        [](Register& r, std::size_t n, ListQuery& q, std::vector<Variant>&) {

@@ -3,8 +3,10 @@
 // key set (the last row's sort value and key bound into an index range) so a
 // page costs the same at the millionth record as at the first; and the moves
 // that follow a list's order. Not for: drawing the list (the hosts do) or
-// full-text similarity (data/fulltext).
+// full-text similarity (data/fulltext). A search narrows through the list
+// search index (data/listsearch) when the card's table has one.
 #include "core/Text.h"
+#include "data/listsearch/ListSearchIndex.h"
 #include "data/text/TextFold.h"
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
@@ -26,6 +28,25 @@ std::string Join(const std::string& a, const std::string& b) {
 const char* const kSearched[] = {"PartitaIva", "CodiceFiscale", "Citta", "Telefono"};
 // The default list after the key and the name.
 const char* const kListed[] = {"PartitaIva", "Citta", "Provincia"};
+
+// Above this many rows that may hold a search, the list scans instead: they
+// are then common enough that a page fills after a short read in any order.
+constexpr std::size_t kMostCandidates = 2000;
+
+// "key IN (…)" over `keys` (the rows a search may match) and the row whose
+// key is the text searched, which is found whatever it holds; parameters
+// appended to `params`.
+std::string KeyAmong(Connection& connection, const std::string& table, const std::string& key,
+                     const std::string& search, std::vector<Variant> keys, std::vector<Variant>& params) {
+  auto exact = connection.OpenRecordset("SELECT " + key + " FROM " + table + " WHERE " + key + " = ?",
+                                        {Variant(search)}, LockType::ReadOnly);
+  if (!exact->IsEOF()) keys.push_back(exact->Fields(std::size_t{0}).Value());
+  if (keys.empty()) return "1 = 0";
+  std::string in = key + " IN (";
+  for (std::size_t i = 0; i < keys.size(); ++i) in += i == 0 ? "?" : ", ?";
+  params.insert(params.end(), std::make_move_iterator(keys.begin()), std::make_move_iterator(keys.end()));
+  return in + ")";
+}
 
 }  // namespace
 
@@ -63,13 +84,19 @@ std::string Card::ListWhere(const ListQuery& query, std::vector<Variant>& params
   std::string where = condition_.empty() ? "" : "(" + condition_ + ")";
   const std::string search(text::Trim(query.search));
   if (!search.empty()) {
-    std::string any = keyField_ + " = ?";
-    params.push_back(Variant(search));
     std::vector<std::string> searched;
     const std::string name = !nameField_.empty() ? nameField_ : displayField_;
     if (!name.empty() && !text::EqualsNoCase(name, keyField_)) searched.push_back(name);
     for (const char* f : kSearched)
       if (connection_->ColumnType(mainTable_, f)) searched.emplace_back(f);
+    // The rows that may match, from the list search index, so that a rare
+    // text reads a few rows rather than the register; the test below still
+    // decides, so the rows found are those of the plain search.
+    if (auto narrowed = data::listsearch::ListSearchCandidates(*connection_, mainTable_, keyField_, searched,
+                                                               search, kMostCandidates))
+      where = Join(where, KeyAmong(*connection_, mainTable_, keyField_, search, std::move(*narrowed), params));
+    std::string any = keyField_ + " = ?";
+    params.push_back(Variant(search));
     for (const auto& f : searched) {
       any += " OR " + f + " LIKE ?";
       params.push_back(Variant("%" + data::text::LikeLiteral(search) + "%"));

@@ -3,6 +3,7 @@
 
 #include "corvina20/MervoStatus.h"
 #include "data/fulltext/FtsIndexes.h"
+#include "data/listsearch/ListSearchIndex.h"
 #include "data/schema/ReferenceData.h"
 #include "data/schema/Schema.h"
 #include "data/schema/TextCollation.h"
@@ -19,6 +20,7 @@ int InitDatabase(Connection& connection, bool demo) {
   // A database made before text compared without regard to case.
   data::MigrateTextCollation(connection);
   data::fulltext::EnsureFullTextIndexes(connection);
+  data::listsearch::EnsureListSearchIndexes(connection);
   data::FillReferenceTables(connection);
   if (demo) {
     auto rs = connection.OpenRecordset("SELECT COUNT(*) AS N FROM STDAnagrafiche");

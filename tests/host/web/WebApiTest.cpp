@@ -12,6 +12,7 @@
 #include "corvina20/Error.h"
 #include "corvina20/HostParameters.h"
 #include "data/Database.h"
+#include "data/text/TextFold.h"
 #include "support/TestSupport.h"
 #include "web/Users.h"
 #include "web/WebHost.h"
@@ -161,6 +162,77 @@ TEST_F(WebApi, TheRecordListComesInPagesAndItsSearchAndFilterNarrowIt) {
 
   json wrong = anna.Act(form, {{"list", {{"sort", "Note"}}}});
   EXPECT_EQ(wrong["error"]["number"], kErrHost);
+}
+
+// The search box's rows, read through the list search index, are exactly
+// those of the plain search (key equal, or a searched column LIKE '%text%'
+// with the module's case folding), on the index path and on the scan it
+// falls back to (short texts, common texts), and after rows change.
+TEST_F(WebApi, TheListSearchFindsWhatThePlainSearchFinds) {
+  StartServer();
+  struct Row { int id; const char* name; const char* vat; const char* town; const char* phone; int carrier; };
+  const Row rows[] = {
+      {11, "Trasporti Città Alta", "01234567890", "Bergamo", "035 123456", 1},
+      {12, "CITTÀ DEL CAPO srl", "09876543210", "Brescia", "030 999000", 1},
+      {13, "Citta Nuova", "11111111111", "Bari", "080 555", 1},
+      {14, "Sconti 100% Veri", "", "Roma", "", 1},
+      {15, "A_B Logistica", "", "Pisa", "", 1},
+      {16, "[Blu] Spedizioni", "", "Città di Castello", "", 1},
+      {17, "Οδός Ταχεία", "", "Atene", "", 1},
+      {18, "Città Vecchia (non vettore)", "", "Bergamo", "", 0},
+      {4242, "Nessun Numero", "", "Udine", "", 1},
+  };
+  for (const Row& r : rows)
+    db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, PartitaIva, Citta, Telefono, Vettore) "
+                "VALUES (?, ?, ?, ?, ?, ?)",
+                {Variant(r.id), Variant(r.name), Variant(r.vat), Variant(r.town), Variant(r.phone), Variant(r.carrier)});
+  Browser anna(port);
+  ASSERT_EQ(anna.Login("anna", "segreta1"), 200);
+  int form = anna.OpenCarriers();
+
+  auto listed = [&](const std::string& search) {
+    std::vector<long> keys;
+    json after = nullptr;
+    do {
+      json out = anna.Act(form, {{"list", {{"search", search}, {"limit", 40}, {"after", after}}}});
+      EXPECT_TRUE(out["error"].is_null()) << out.dump();
+      for (const auto& row : out["result"]["list"]["rows"]) keys.push_back(row["key"].get<long>());
+      after = out["result"]["list"]["next"];
+    } while (!after.is_null() && keys.size() < 5000);
+    return keys;
+  };
+  auto plain = [&](const std::string& search) {
+    const std::string like = "%" + data::text::LikeLiteral(search) + "%";
+    auto rs = db->OpenRecordset(
+        "SELECT IdAnagrafica FROM STDAnagrafiche WHERE Vettore = 1 AND (IdAnagrafica = ? OR RagioneSociale LIKE ? "
+        "OR PartitaIva LIKE ? OR CodiceFiscale LIKE ? OR Citta LIKE ? OR Telefono LIKE ?) ORDER BY IdAnagrafica",
+        {Variant(search), Variant(like), Variant(like), Variant(like), Variant(like), Variant(like)});
+    std::vector<long> keys;
+    for (; !rs->IsEOF(); rs->MoveNext()) keys.push_back(rs->Fields(std::size_t{0}).Value().ToLong());
+    return keys;
+  };
+  const std::vector<std::string> searches = {
+      "città", "CITTÀ", "citta", "100%", "a_b", "[blu]", "ΔΌΣ", "5 123", "2345678", "bergamo", "4242",
+      "nessun", "zz", "ci", "nessunoqui", "0"};
+  for (const auto& s : searches) EXPECT_EQ(listed(s), plain(s)) << s;
+  EXPECT_EQ(listed("città"), (std::vector<long>{11, 12, 16}));  // accents count, case does not
+  EXPECT_EQ(listed("4242"), (std::vector<long>{4242}));         // the key, though no column holds it
+
+  // The index follows the rows: a renamed, a deleted and a new carrier.
+  db->Execute("UPDATE STDAnagrafiche SET RagioneSociale = 'Autolinee Rossi' WHERE IdAnagrafica = 13");
+  db->Execute("DELETE FROM STDAnagrafiche WHERE IdAnagrafica = 15");
+  db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Vettore) VALUES (19, 'Rossi & Figli', 1)");
+  for (const auto& s : {"citta", "nuova", "a_b", "rossi", "logistica"}) EXPECT_EQ(listed(s), plain(s)) << s;
+  EXPECT_EQ(listed("rossi"), (std::vector<long>{13, 19}));
+
+  // A text in more rows than the index hands out: the list scans, same rows.
+  db->BeginTrans();
+  for (int i = 0; i < 2100; ++i)
+    db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Vettore) VALUES (?, ?, 1)",
+                {Variant(10000 + i * 2), Variant("Comune Trasporti " + std::to_string(i))});
+  db->CommitTrans();
+  for (const auto& s : {"comune", "trasporti", "Trasporti 2099", "sporti 1"}) EXPECT_EQ(listed(s), plain(s)) << s;
+  EXPECT_EQ(listed("Trasporti 2099"), (std::vector<long>{10000 + 2099 * 2}));
 }
 
 TEST_F(WebApi, RepeatedFailedLoginsAreSlowedDown) {

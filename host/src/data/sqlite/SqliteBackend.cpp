@@ -10,6 +10,7 @@
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
 #include "data/fulltext/FtsSqlite.h"
+#include "data/listsearch/ListSearchIndex.h"
 #include "data/sqlite/SqliteText.h"
 
 namespace corvina20::data {
@@ -113,6 +114,7 @@ class SqliteBackend final : public Backend {
     }
     RunScript("PRAGMA journal_mode=WAL; PRAGMA foreign_keys=ON; PRAGMA synchronous=NORMAL;");
     fulltext::RegisterFullText(db_);
+    listsearch::RegisterListSearch(db_);
   }
   ~SqliteBackend() override { fulltext::ReleaseFullText(db_); sqlite3_close_v2(db_); }
 
