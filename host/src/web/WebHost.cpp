@@ -14,6 +14,7 @@
 
 #include "corvina20/Error.h"
 #include "data/Database.h"
+#include "data/fulltext/FtsWarm.h"
 #include "items/ItemCatalogue.h"
 #include "web/UiSession.h"
 #include "web/Users.h"
@@ -142,6 +143,9 @@ struct WebHost::Impl {
   std::unique_ptr<HttpServer> server;
   std::thread serving;
   std::thread sweeper;
+  // Makes the full-text copies every session shares while the server
+  // already answers (FtsWarm.h); a search that comes first waits for it.
+  std::thread warming;
   std::atomic<bool> stopping{false};
 
   // The session a request belongs to, or none.
@@ -438,6 +442,7 @@ std::vector<Route> WebHost::Routes() {
 int WebHost::Bind() { return impl_->server->Bind(impl_->options.host, impl_->options.port); }
 
 void WebHost::Serve() {
+  impl_->warming = std::thread([database = impl_->options.database] { data::fulltext::WarmFullText(database); });
   impl_->sweeper = std::thread([m = impl_.get()] { m->Sweep(); });
   impl_->server->ServeBound();
 }
@@ -445,6 +450,7 @@ void WebHost::Serve() {
 int WebHost::Start() {
   int port = impl_->server->BindAnyPort(impl_->options.host);
   if (port < 0) return -1;
+  impl_->warming = std::thread([database = impl_->options.database] { data::fulltext::WarmFullText(database); });
   impl_->sweeper = std::thread([m = impl_.get()] { m->Sweep(); });
   impl_->serving = std::thread([m = impl_.get()] { m->server->ServeBound(); });
   return port;
@@ -455,6 +461,7 @@ void WebHost::Stop() {
   impl_->server->Stop();
   if (impl_->serving.joinable()) impl_->serving.join();
   if (impl_->sweeper.joinable()) impl_->sweeper.join();
+  if (impl_->warming.joinable()) impl_->warming.join();
   std::map<std::string, Impl::Entry> sessions;
   {
     std::lock_guard lock(impl_->mutex);

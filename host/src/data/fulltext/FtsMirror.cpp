@@ -1,157 +1,92 @@
-// The in-memory copy of an index; see FtsMirror.h.
+// The copies of an index and a connection's view of them; see FtsMirror.h.
 #include "data/fulltext/FtsMirror.h"
 
 #include <algorithm>
 
-#include "core/Text.h"
-#include "corvina20/Error.h"
-#include "data/fulltext/FtsSqlite.h"
+#include "data/fulltext/FtsShared.h"
 #include "data/fulltext/FtsTokenizer.h"
 
 namespace corvina20::data::fulltext {
 namespace {
 
-constexpr const char* kKey = "IdAnagrafica";
+// How many of the entries it applied a copy remembers, so that a connection
+// whose snapshot is older than the copy can still tell which rows it sees
+// otherwise: as many as the log keeps (FtsIndexes.cpp).
+constexpr std::size_t kAppliedEntries = 10000;
 
-std::string Q(const std::string& name) { return "\"" + name + "\""; }
+// How many rows a connection may see otherwise than the shared copy before
+// it advances the copy for everyone: each search of the connection reads
+// again the rows logged since it last looked, and a new copy costs a copy of
+// the whole index (tens of milliseconds and megabytes at a million rows).
+constexpr std::size_t kAdvanceAfter = 1024;
 
-[[noreturn]] void Fail(sqlite3* db, const std::string& what) {
-  throw Error(kErrDatabase, "Corvina20.FullText", what + ": " + sqlite3_errmsg(db));
-}
-
-// Steps a statement that yields at most one row; true when it did.
-bool StepOne(sqlite3* db, sqlite3_stmt* st, const std::string& what) {
-  int rc = sqlite3_step(st);
-  if (rc == SQLITE_ROW) return true;
-  if (rc != SQLITE_DONE) Fail(db, what);
-  return false;
+bool IsTypoTerm(std::string_view term) {
+  if (term.size() < kTypoMinLength) return false;
+  for (char c : term)
+    if (c < 'a' || c > 'z') return false;
+  return true;
 }
 
 }  // namespace
 
-IndexMirror::IndexMirror(sqlite3* db, std::string table, std::string column)
-    : db_(db), table_(std::move(table)), column_(std::move(column)), power_(LikenessPower(table_, column_)) {}
+// --- MirrorData -------------------------------------------------------------
 
-IndexMirror::~IndexMirror() {
-  for (sqlite3_stmt* st : {last_, tagAt_, since_, rowText_, match_}) sqlite3_finalize(st);
-}
+MirrorData::MirrorData(std::string table, std::string column)
+    : table_(std::move(table)), column_(std::move(column)), power_(LikenessPower(table_, column_)) {}
 
-sqlite3_stmt* IndexMirror::Prepare(const std::string& sql) {
-  sqlite3_stmt* st = nullptr;
-  if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &st, nullptr) != SQLITE_OK) {
-    std::string message = sqlite3_errmsg(db_);
-    sqlite3_finalize(st);
-    throw Error(kErrDatabase, "Corvina20.FullText",
-                "Indice full-text assente: " + table_ + "." + column_ + " (" + message + ")");
-  }
-  return st;
-}
-
-sqlite3_stmt* IndexMirror::MatchStatement() {
-  if (!match_) {
-    std::string index = Q(IndexTableName(table_, column_));
-    match_ = Prepare("SELECT rowid FROM " + index + " WHERE " + index + " MATCH ?1");
-  }
-  return match_;
-}
-
-void IndexMirror::Sync() {
-  const std::string log = Q(LogTableName(table_, column_));
-  if (!last_) last_ = Prepare("SELECT seq, tag FROM " + log + " ORDER BY seq DESC LIMIT 1");
-  struct Reset {
-    sqlite3_stmt* st;
-    ~Reset() { sqlite3_reset(st); }
-  };
-  std::int64_t seq = 0, tag = 0;
-  bool any = false;
-  {
-    Reset reset{last_};
-    any = StepOne(db_, last_, "Registro dell'indice full-text");
-    if (any) {
-      seq = sqlite3_column_int64(last_, 0);
-      tag = sqlite3_column_int64(last_, 1);
-    }
-  }
-  if (loaded_ && any == hasLast_ && (!any || (seq == lastSeq_ && tag == lastTag_))) return;
-  bool ours = false;  // the last entry applied is still in the log, unchanged
-  if (loaded_ && hasLast_ && any && seq > lastSeq_) {
-    if (!tagAt_) tagAt_ = Prepare("SELECT tag FROM " + log + " WHERE seq = ?1");
-    Reset reset{tagAt_};
-    sqlite3_bind_int64(tagAt_, 1, lastSeq_);
-    ours = StepOne(db_, tagAt_, "Registro dell'indice full-text") && sqlite3_column_int64(tagAt_, 0) == lastTag_;
-  }
-  if (!ours) {
-    Load();
-    return;
-  }
-  // Reload the rows logged since, each once.
-  if (!since_) since_ = Prepare("SELECT id FROM " + log + " WHERE seq > ?1 ORDER BY seq");
-  std::vector<std::int64_t> keys;
-  {
-    Reset reset{since_};
-    sqlite3_bind_int64(since_, 1, lastSeq_);
-    int rc;
-    while ((rc = sqlite3_step(since_)) == SQLITE_ROW)
-      if (sqlite3_column_type(since_, 0) == SQLITE_INTEGER) keys.push_back(sqlite3_column_int64(since_, 0));
-    if (rc != SQLITE_DONE) Fail(db_, "Registro dell'indice full-text");
-  }
-  std::sort(keys.begin(), keys.end());
-  keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-  if (!rowText_)
-    rowText_ = Prepare("SELECT " + Q(column_) + " FROM " + Q(table_) + " WHERE " + Q(kKey) + " = ?1");
-  for (std::int64_t key : keys) {
-    Reset reset{rowText_};
-    sqlite3_bind_int64(rowText_, 1, key);
-    if (StepOne(db_, rowText_, "Lettura della riga " + std::to_string(key)))
-      SetRow(key, sqlite3_column_text(rowText_, 0), sqlite3_column_bytes(rowText_, 0));
-    else
-      SetRow(key, nullptr, 0);
-  }
-  lastSeq_ = seq;
-  lastTag_ = tag;
-  ++updates_;
-  if (garbage_ > 4096 && garbage_ * 2 > pool_.size()) Compact();
-}
-
-void IndexMirror::Load() {
-  ids_.Clear();
-  terms_.clear();
-  rows_ = 0;
-  ++version_;
-  dense_.clear();
-  sparse_.clear();
-  pool_.clear();
-  garbage_ = 0;
-  typoKeys_.clear();
-  typoSorted_ = typoTerms_ = 0;
-  loaded_ = false;
+std::shared_ptr<MirrorData> MirrorData::Load(MirrorSource& source, std::string table, std::string column) {
+  auto copy = std::make_shared<MirrorData>(std::move(table), std::move(column));
   // The log's last entry first: the rows read after it, in the same
   // snapshot, are those it describes.
-  {
-    sqlite3_reset(last_);
-    hasLast_ = StepOne(db_, last_, "Registro dell'indice full-text");
-    lastSeq_ = hasLast_ ? sqlite3_column_int64(last_, 0) : 0;
-    lastTag_ = hasLast_ ? sqlite3_column_int64(last_, 1) : 0;
-    sqlite3_reset(last_);
-  }
-  sqlite3_stmt* all = nullptr;
-  std::string sql = "SELECT " + Q(kKey) + ", " + Q(column_) + " FROM " + Q(table_);
-  if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &all, nullptr) != SQLITE_OK) {
-    sqlite3_finalize(all);
-    Fail(db_, "Lettura di " + table_);
-  }
-  int rc;
-  while ((rc = sqlite3_step(all)) == SQLITE_ROW) {
-    if (sqlite3_column_type(all, 0) != SQLITE_INTEGER || sqlite3_column_type(all, 1) == SQLITE_NULL) continue;
-    SetRow(sqlite3_column_int64(all, 0), sqlite3_column_text(all, 1), sqlite3_column_bytes(all, 1));
-  }
-  sqlite3_finalize(all);
-  if (rc != SQLITE_DONE) Fail(db_, "Lettura di " + table_);
-  loaded_ = true;
-  ++loads_;
+  copy->last_ = source.LastEntry();
+  source.ForEachRow([&](std::int64_t key, std::string_view text) { copy->SetRow(key, text); });
+  copy->Finish();
+  return copy;
 }
 
-IndexMirror::Span* IndexMirror::SlotOf(std::int64_t key, bool create) {
+std::shared_ptr<MirrorData> MirrorData::Advance(const MirrorData& base, MirrorSource& source,
+                                                const std::vector<LogEntry>& entries) {
+  auto copy = std::make_shared<MirrorData>(base);
+  std::vector<std::int64_t> keys;
+  for (const LogEntry& e : entries) {
+    if (e.key) keys.push_back(*e.key);
+    copy->applied_.push_back(e);
+  }
+  if (copy->applied_.size() > kAppliedEntries)
+    copy->applied_.erase(copy->applied_.begin(),
+                         copy->applied_.begin() + static_cast<std::ptrdiff_t>(copy->applied_.size() - kAppliedEntries));
+  if (!entries.empty()) copy->last_ = LogEntry{entries.back().seq, entries.back().tag, std::nullopt};
+  std::sort(keys.begin(), keys.end());
+  keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+  for (std::int64_t key : keys) {
+    std::optional<std::string> text = source.RowText(key);
+    copy->SetRow(key, text ? std::string_view(*text) : std::string_view());
+  }
+  if (copy->garbage_ > 4096 && copy->garbage_ * 2 > copy->pool_.size()) copy->Compact();
+  copy->Finish();
+  return copy;
+}
+
+std::optional<std::vector<std::int64_t>> MirrorData::KeysAfter(const LogEntry& entry) const {
+  if (last_ && last_->Same(entry)) return std::vector<std::int64_t>{};
+  auto it = std::lower_bound(applied_.begin(), applied_.end(), entry.seq,
+                             [](const LogEntry& e, std::int64_t seq) { return e.seq < seq; });
+  if (it == applied_.end() || !it->Same(entry)) return std::nullopt;
+  std::vector<std::int64_t> keys;
+  for (++it; it != applied_.end(); ++it)
+    if (it->key) keys.push_back(*it->key);
+  return keys;
+}
+
+void MirrorData::Finish() {
+  const double rows = static_cast<double>(rows_);
+  for (Term& t : terms_) t.weight = TermWeight(static_cast<double>(t.df), rows);
+  // The typo index is made on the first look-up: make it now.
+  std::vector<std::uint32_t> unused;
+  Neighbours("finish", unused);
+}
+
+MirrorData::Span* MirrorData::SlotOf(std::int64_t key, bool create) {
   if (key >= 0 && static_cast<std::uint64_t>(key) < dense_.size()) return &dense_[static_cast<std::size_t>(key)];
   if (auto it = sparse_.find(key); it != sparse_.end()) return &it->second;
   if (!create) return nullptr;
@@ -166,16 +101,16 @@ IndexMirror::Span* IndexMirror::SlotOf(std::int64_t key, bool create) {
   return &sparse_[key];
 }
 
-const IndexMirror::Span* IndexMirror::SlotOf(std::int64_t key) const {
+const MirrorData::Span* MirrorData::SlotOf(std::int64_t key) const {
   if (key >= 0 && static_cast<std::uint64_t>(key) < dense_.size()) return &dense_[static_cast<std::size_t>(key)];
   auto it = sparse_.find(key);
   return it == sparse_.end() ? nullptr : &it->second;
 }
 
-void IndexMirror::SetRow(std::int64_t key, const unsigned char* text, int bytes) {
+void MirrorData::SetRow(std::int64_t key, std::string_view text) {
   scratch_.clear();
-  if (text != nullptr && bytes > 0) {
-    TokenizeText(std::string_view(reinterpret_cast<const char*>(text), static_cast<std::size_t>(bytes)), tokens_);
+  if (!text.empty()) {
+    TokenizeText(text, tokens_);
     for (const FtsToken& t : tokens_) {
       std::uint32_t id = ids_.Intern(t.term);
       if (id == terms_.size()) terms_.emplace_back();
@@ -197,10 +132,9 @@ void IndexMirror::SetRow(std::int64_t key, const unsigned char* text, int bytes)
     *slot = Span{static_cast<std::uint32_t>(pool_.size()), static_cast<std::uint32_t>(scratch_.size())};
     pool_.insert(pool_.end(), scratch_.begin(), scratch_.end());
   }
-  ++version_;
 }
 
-void IndexMirror::Compact() {
+void MirrorData::Compact() {
   std::vector<std::uint32_t> pool;
   pool.reserve(pool_.size() - garbage_);
   auto move = [&](Span& s) {
@@ -215,24 +149,13 @@ void IndexMirror::Compact() {
   garbage_ = 0;
 }
 
-std::optional<std::uint32_t> IndexMirror::Find(std::string_view term) const {
-  std::optional<std::uint32_t> id = ids_.Find(term);
-  if (!id || terms_[*id].df == 0) return std::nullopt;
-  return id;
-}
-
-std::int64_t IndexMirror::Frequency(std::string_view term) const {
-  std::optional<std::uint32_t> id = ids_.Find(term);
-  return id ? terms_[*id].df : 0;
-}
-
-std::uint32_t IndexMirror::Dictionary::HashOf(std::string_view term) {
+std::uint32_t MirrorData::Dictionary::HashOf(std::string_view term) {
   std::uint32_t h = 2166136261u;  // FNV-1a
   for (char c : term) h = (h ^ static_cast<std::uint8_t>(c)) * 16777619u;
   return h;
 }
 
-std::optional<std::uint32_t> IndexMirror::Dictionary::Find(std::string_view term) const {
+std::optional<std::uint32_t> MirrorData::Dictionary::Find(std::string_view term) const {
   if (slots_.empty()) return std::nullopt;
   const std::uint32_t h = HashOf(term);
   const std::size_t mask = slots_.size() - 1;
@@ -243,7 +166,7 @@ std::optional<std::uint32_t> IndexMirror::Dictionary::Find(std::string_view term
   }
 }
 
-std::uint32_t IndexMirror::Dictionary::Intern(std::string_view term) {
+std::uint32_t MirrorData::Dictionary::Intern(std::string_view term) {
   if (2 * (texts_.size() + 1) > slots_.size()) {
     // Twice as many slots: a probe stays short.
     std::vector<Slot> old = std::move(slots_);
@@ -266,22 +189,156 @@ std::uint32_t IndexMirror::Dictionary::Intern(std::string_view term) {
   return static_cast<std::uint32_t>(texts_.size() - 1);
 }
 
-void IndexMirror::Dictionary::Clear() {
-  slots_.clear();
-  texts_.clear();
+// --- IndexMirror ------------------------------------------------------------
+
+IndexMirror::IndexMirror(MirrorSource& source, std::string database, std::string table, std::string column)
+    : source_(source),
+      shared_(SharedMirror::Of(database, table, column)),
+      table_(std::move(table)),
+      column_(std::move(column)),
+      power_(LikenessPower(table_, column_)) {}
+
+IndexMirror::~IndexMirror() = default;
+
+namespace {
+bool SameEnd(const std::optional<LogEntry>& a, const std::optional<LogEntry>& b) {
+  return a.has_value() == b.has_value() && (!a || a->Same(*b));
+}
+}  // namespace
+
+void IndexMirror::Sync() {
+  std::optional<LogEntry> last = source_.LastEntry();
+  // A copy of the connection's own (made inside a write transaction before
+  // any was shared) serves until a shared one exists.
+  std::shared_ptr<const MirrorData> newest = shared_->Current();
+  std::shared_ptr<const MirrorData> use = newest ? newest : base_;
+  if (base_ && use == base_ && SameEnd(last, seen_)) return;
+  ++updates_;
+  if (base_ && use == base_ && seen_ && last && last->seq > seen_->seq && source_.TagAt(seen_->seq) == seen_->tag) {
+    // The same copy, and the log has only grown since: read the rows
+    // logged since, each once.
+    std::vector<std::int64_t> keys;
+    for (const LogEntry& e : source_.EntriesSince(seen_->seq))
+      if (e.key) keys.push_back(*e.key);
+    Apply(keys);
+  } else {
+    if (!use) use = shared_->Obtain(source_);
+    std::optional<std::vector<std::int64_t>> keys = KeysBetween(*use, last);
+    if (!keys) {
+      use = shared_->Reload(source_, newest.get());
+      keys.emplace();
+    }
+    base_ = use;
+    ClearOverlay();
+    Apply(*keys);
+  }
+  seen_ = last;
+  ++loads_;
+  // Many rows seen otherwise, and all of them committed: a newer copy for
+  // everyone.
+  if (rows_.size() >= kAdvanceAfter && base_->Last() && last && last->seq > base_->Last()->seq)
+    if (std::shared_ptr<const MirrorData> next = shared_->TryAdvance(source_, base_)) {
+      base_ = next;
+      ClearOverlay();  // it holds every row the connection sees
+    }
+}
+
+std::optional<std::vector<std::int64_t>> IndexMirror::KeysBetween(const MirrorData& base,
+                                                                  const std::optional<LogEntry>& last) {
+  const std::optional<LogEntry>& at = base.Last();
+  if (!at || !last) return at.has_value() == last.has_value() ? std::optional<std::vector<std::int64_t>>(std::vector<std::int64_t>{}) : std::nullopt;
+  if (last->seq < at->seq) return base.KeysAfter(*last);  // the connection's snapshot is older than the copy
+  if (last->Same(*at)) return std::vector<std::int64_t>{};
+  if (last->seq == at->seq || source_.TagAt(at->seq) != at->tag) return std::nullopt;
+  std::vector<std::int64_t> keys;
+  for (const LogEntry& e : source_.EntriesSince(at->seq))
+    if (e.key) keys.push_back(*e.key);
+  return keys;
+}
+
+void IndexMirror::ClearOverlay() {
+  plain_ = true;
+  rows_.clear();
+  newIds_.clear();
+  newTexts_.clear();
+  dfDelta_.clear();
+  rowsDelta_ = 0;
+}
+
+void IndexMirror::Apply(const std::vector<std::int64_t>& keys) {
+  std::vector<std::int64_t> sorted = keys;
+  std::sort(sorted.begin(), sorted.end());
+  sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+  for (std::int64_t key : sorted) SetRow(key, source_.RowText(key));
+}
+
+void IndexMirror::SetRow(std::int64_t key, const std::optional<std::string>& text) {
+  std::vector<std::uint32_t> terms;
+  if (text && !text->empty()) {
+    TokenizeText(*text, tokens_);
+    for (const FtsToken& t : tokens_) {
+      std::optional<std::uint32_t> id = base_->Lookup(t.term);
+      if (!id) {
+        auto [it, added] = newIds_.try_emplace(t.term, base_->Terms() + static_cast<std::uint32_t>(newTexts_.size()));
+        if (added) newTexts_.push_back(t.term);
+        id = it->second;
+      }
+      if (std::find(terms.begin(), terms.end(), *id) == terms.end()) terms.push_back(*id);
+    }
+  }
+  plain_ = false;
+  std::span<const std::uint32_t> before = RowTerms(key);
+  if (!before.empty()) {
+    for (std::uint32_t id : before) --dfDelta_[id];
+    --rowsDelta_;
+  }
+  if (!terms.empty()) {
+    for (std::uint32_t id : terms) ++dfDelta_[id];
+    ++rowsDelta_;
+  }
+  rows_[key] = std::move(terms);
+}
+
+std::int64_t IndexMirror::FrequencyOf(std::uint32_t id) const {
+  std::int64_t df = id < base_->Terms() ? base_->Frequency(id) : 0;
+  if (!plain_)
+    if (auto it = dfDelta_.find(id); it != dfDelta_.end()) df += it->second;
+  return df;
+}
+
+std::optional<std::uint32_t> IndexMirror::Find(std::string_view term) const {
+  std::optional<std::uint32_t> id = base_->Lookup(term);
+  if (!id && !plain_)
+    if (auto it = newIds_.find(std::string(term)); it != newIds_.end()) id = it->second;
+  if (!id || FrequencyOf(*id) <= 0) return std::nullopt;
+  return id;
+}
+
+std::int64_t IndexMirror::Frequency(std::string_view term) const {
+  std::optional<std::uint32_t> id = Find(term);
+  return id ? FrequencyOf(*id) : 0;
 }
 
 double IndexMirror::WeightOf(std::string_view term) const {
   std::optional<std::uint32_t> id = Find(term);
-  return id ? Weight(*id) : TermWeight(0, static_cast<double>(rows_));
+  return id ? Weight(*id) : TermWeight(0, Rows());
 }
 
-IndexMirror& FullTextState::Mirror(std::string_view table, std::string_view column) {
-  std::string name = text::Upper(std::string(table) + "." + std::string(column));
-  auto& slot = mirrors_[name];
-  if (!slot) slot = std::make_unique<IndexMirror>(db_, std::string(table), std::string(column));
-  slot->Sync();
-  return *slot;
+void IndexMirror::Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const {
+  base_->Neighbours(term, out);
+  if (plain_) return;
+  // The copy's answer, less the terms no row holds any more, plus the terms
+  // whose rows the connection sees otherwise (the only ones that can have
+  // become held), checked by the same rule.
+  std::erase_if(out, [&](std::uint32_t id) { return FrequencyOf(id) <= 0; });
+  if (!IsTypoTerm(term)) return;
+  for (const auto& [id, delta] : dfDelta_) {
+    if (delta <= 0 || FrequencyOf(id) <= 0) continue;
+    const std::string& text = TermText(id);
+    if (!IsTypoTerm(text) || text == term || std::max(text.size(), term.size()) <= kTypoMinLength) continue;
+    if (std::find(out.begin(), out.end(), id) == out.end() && WithinOneEdit(text, term)) out.push_back(id);
+  }
+  std::sort(out.begin(), out.end());
 }
 
 }  // namespace corvina20::data::fulltext

@@ -72,6 +72,9 @@ fts5_api* Fts5Api(sqlite3* db) {
 
 // --- the connection's state -------------------------------------------------
 
+// The page cache of each connection, in KiB.
+constexpr int kCachePerConnectionKiB = 8192;
+
 std::mutex g_statesMutex;
 std::unordered_map<sqlite3*, FullTextState*>& States() {
   static auto* states = new std::unordered_map<sqlite3*, FullTextState*>();
@@ -222,6 +225,7 @@ struct SearchCursor {
   std::size_t nextPart = 0;
   std::vector<std::string> heavier;  // the terms of the parts read
   IndexMirror* mirror = nullptr;
+  sqlite3_stmt* match = nullptr;  // the index's MATCH statement
   std::optional<SearchedText> searched;
   std::string text;
   int loads = 0;  // the mirror's Loads() when `searched` was made
@@ -347,7 +351,7 @@ void Collect(SearchCursor& cursor, const std::string& match, const std::vector<s
   std::vector<std::uint32_t> skipped;
   for (const std::string& term : skip)
     if (std::optional<std::uint32_t> id = mirror.Find(term)) skipped.push_back(*id);
-  sqlite3_stmt* st = mirror.MatchStatement();
+  sqlite3_stmt* st = cursor.match;
   sqlite3_bind_text(st, 1, match.c_str(), static_cast<int>(match.size()), SQLITE_STATIC);
   int rc;
   while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
@@ -431,6 +435,7 @@ void RunSearch(SearchCursor& cursor, FullTextState& state, int idxNum, const std
   cursor.least = least;
   cursor.most = most;
   cursor.mirror = &state.Mirror(table, column);
+  cursor.match = state.MatchStatement(table, column);
   cursor.searched.emplace(*cursor.mirror, cursor.text);
   cursor.loads = cursor.mirror->Loads();
   if (key) {
@@ -548,9 +553,11 @@ sqlite3_module SearchModule() {
 
 void RegisterFullText(sqlite3* db) {
   // FTS5 reads its doclists and the searches' joins read the rows found by
-  // key, across the whole table: SQLite's default cache of 2 MiB would send
-  // most of those reads back to the OS.
-  sqlite3_exec(db, "PRAGMA cache_size = -65536", nullptr, nullptr, nullptr);
+  // key, across the whole table. A server holds a connection per session,
+  // so the cache is sized for fifty of them (docs/performance.md): pages
+  // it misses come from the OS's cache of the file, shared by all.
+  sqlite3_exec(db, ("PRAGMA cache_size = -" + std::to_string(kCachePerConnectionKiB)).c_str(), nullptr, nullptr,
+               nullptr);
   fts5_api* api = Fts5Api(db);
   if (api == nullptr)
     throw Error(kErrDatabase, "Corvina20.FullText", "SQLite senza FTS5: ricerca full-text non disponibile");

@@ -1,6 +1,6 @@
 // Typo tolerance of the full-text search: the terms of an index one edit
 // away from a searched term, found through a deletion-neighbourhood index of
-// the mirror's vocabulary (IndexMirror::Neighbours, FtsMirror.h). Two terms
+// the mirror's vocabulary (MirrorData::Neighbours, FtsMirror.h). Two terms
 // within one edit (insertion, deletion, substitution, adjacent swap) share
 // the term itself or one of its one-letter deletions, so a search looks up
 // a dozen keys instead of comparing itself with every word of the index;
@@ -51,7 +51,7 @@ bool WithinOneEdit(std::string_view a, std::string_view b) {
   return i + 1 < a.size() && a[i] == b[i + 1] && a[i + 1] == b[i] && a.substr(i + 2) == b.substr(i + 2);
 }
 
-void IndexMirror::Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const {
+void MirrorData::Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const {
   out.clear();
   if (!IsTypoTerm(term)) return;
   // Cover the terms interned since the last call.

@@ -1,0 +1,29 @@
+// The shared copies of the full-text indexes made ahead; see FtsWarm.h.
+#include "data/fulltext/FtsWarm.h"
+
+#include "corvina20/Connection.h"
+#include "corvina20/FullText.h"
+#include "data/Backend.h"
+#include "data/Database.h"
+
+namespace corvina20::data::fulltext {
+
+int WarmFullText(const std::string& database) {
+  int made = 0;
+  try {
+    ConnectionPtr connection = OpenDatabase(database);
+    if (connection->BackendName() != "sqlite") return 0;
+    for (const FullTextColumn& index : FullTextCatalogue()) {
+      // Asking a mirror anything syncs it, and a connection's first sync
+      // makes (or waits for) the shared copy.
+      connection->Backend().Run("SELECT corvina_ft_frequency(?1, ?2, '')",
+                                {Variant(index.table), Variant(index.column)});
+      ++made;
+    }
+  } catch (const std::exception&) {
+    // The searches make the copies they need when they need them.
+  }
+  return made;
+}
+
+}  // namespace corvina20::data::fulltext

@@ -1,0 +1,94 @@
+// Every connection of the process to one database ranks from one shared copy
+// of each full-text index: a second session's first search does not build
+// another, a writer's uncommitted rows are seen by its own searches only, a
+// connection whose snapshot is older than the copy still sees its own
+// snapshot, and many commits advance the copy for everyone. Each search is
+// checked against every row ranked from its text.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "FullTextFixture.h"
+#include "data/Backend.h"
+#include "data/Database.h"
+#include "data/fulltext/FtsShared.h"
+
+namespace corvina20::test {
+namespace {
+
+// The duplicates search of the fixture, on any connection.
+std::vector<Hit> SearchOn(Connection& c, const std::string& text) {
+  std::vector<Hit> hits;
+  for (auto rs = c.OpenRecordset("SELECT t.[KEY], t.Rank FROM FREETEXTTABLE(STDAnagrafiche, RagioneSociale, '" + text +
+                                 "') t WHERE t.Rank >= 1 ORDER BY t.Rank DESC, t.[KEY]");
+       !rs->IsEOF(); rs->MoveNext())
+    hits.push_back({rs->Fields("KEY").Value().ToLong(), rs->Fields("Rank").Value().ToLong()});
+  return hits;
+}
+
+std::vector<std::int32_t> Keys(const std::vector<Hit>& hits) {
+  std::vector<std::int32_t> keys;
+  for (const Hit& h : hits) keys.push_back(h.key);
+  return keys;
+}
+
+TEST(SharedMirror, SessionsShareOneCopyAndAWritersUncommittedRowsStayItsOwn) {
+  FullTextDb db(400);
+  auto shared = data::fulltext::SharedMirror::Of(db.Path(), "STDAnagrafiche", "RagioneSociale");
+  ConnectionPtr other = OpenDatabase(db.Path());
+  ConnectionPtr reader = OpenDatabase(db.Path());
+  const std::string name = db.Parties()[20].ragioneSociale;
+  std::vector<Hit> expected = db.Search(name, 1);
+  ASSERT_FALSE(expected.empty());
+  EXPECT_EQ(expected, db.RankAll(name, 1));
+  EXPECT_EQ(shared->Loads(), 1);
+  // The second session's first search ranks from the same copy.
+  EXPECT_EQ(SearchOn(*other, name), expected);
+  EXPECT_EQ(shared->Loads(), 1);
+
+  // A row written and not committed: its writer finds it, nobody else does.
+  other->BeginTrans();
+  other->ExecuteNative("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale) VALUES (8001, 'Zefiro Vettori Srl')");
+  EXPECT_EQ(Keys(SearchOn(*other, "Zefiro Vettori")), (std::vector<std::int32_t>{8001}));
+  EXPECT_TRUE(db.Search("Zefiro Vettori", 1).empty());
+  EXPECT_EQ(SearchOn(*other, name), expected);
+  other->CommitTrans();
+  EXPECT_EQ(Keys(db.Search("Zefiro Vettori", 1)), (std::vector<std::int32_t>{8001}));
+  EXPECT_EQ(shared->Loads(), 1);
+
+  // A reader keeps an older snapshot open while many rows are committed and
+  // another connection advances the shared copy past it.
+  reader->ExecuteNative("BEGIN");
+  EXPECT_TRUE(SearchOn(*reader, "Borea7").empty());
+  other->ExecuteNative(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1100) "
+      "INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale) SELECT 20000 + i, 'Borea' || i || ' Trasporti Srl' FROM n");
+  std::vector<Hit> borea = db.Search("Borea7 Trasporti Srl", 1);
+  ASSERT_FALSE(borea.empty());
+  EXPECT_EQ(borea.front(), (Hit{20007, 1000}));
+  EXPECT_EQ(borea, db.RankAll("Borea7 Trasporti Srl", 1));
+  EXPECT_EQ(shared->Advances(), 1);
+  EXPECT_TRUE(SearchOn(*reader, "Borea7").empty());  // still its own snapshot
+  EXPECT_EQ(SearchOn(*reader, name), expected);
+  reader->ExecuteNative("COMMIT");
+  EXPECT_EQ(SearchOn(*reader, "Borea7 Trasporti Srl"), borea);
+  EXPECT_EQ(SearchOn(*other, "Borea7 Trasporti Srl"), borea);
+  EXPECT_EQ(shared->Loads(), 1);
+
+  // Sessions searching at once, each on its own connection and thread.
+  std::vector<std::vector<Hit>> found(4);
+  std::vector<std::thread> sessions;
+  for (std::size_t i = 0; i < found.size(); ++i)
+    sessions.emplace_back([&, i] {
+      ConnectionPtr c = OpenDatabase(db.Path());
+      for (int round = 0; round < 5; ++round) found[i] = SearchOn(*c, round % 2 ? name : "Borea7 Trasporti Srl");
+    });
+  for (auto& t : sessions) t.join();
+  for (const auto& hits : found) EXPECT_EQ(hits, borea);  // the last round's
+  EXPECT_EQ(shared->Loads(), 1);
+}
+
+}  // namespace
+}  // namespace corvina20::test
