@@ -143,6 +143,8 @@ class Control {
 // "Valore non valido: <why>" for a field without a caption. Never the
 // control's internal name.
 std::string FieldRefusal(const Control& control, const std::string& why);
+// The same for a field or grid column known by its caption.
+std::string FieldRefusal(const std::string& caption, const std::string& why);
 
 // txt: free text with a maximum length and, optionally, the only characters
 // that can be typed.

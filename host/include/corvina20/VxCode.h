@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "corvina20/Connection.h"
@@ -51,11 +52,33 @@ struct LookupDefinition {
   // the code ("la lingua «%s» non esiste"); a general sentence when the
   // catalogue gives none.
   std::string refusal;
+  // Columns holding this lookup's codes in fields that are not lookups
+  // ("Provincia"): a text field bound to one of them, or a grid column of
+  // that name without a lookup of its own, takes only the lookup's codes
+  // when typed into (CheckTypedCode). Empty for most lookups.
+  std::vector<std::string> typedColumns;
 };
 
 // The catalogue entry named `name` (case-insensitive). Raises kErrHost when
 // there is none.
 LookupDefinition FindLookup(const std::string& name);
+
+// The lookup whose typedColumns name `column` (any case; "Tabella.Colonna"
+// is read as its column); nullptr when none does.
+const LookupDefinition* LookupOfColumn(std::string_view column);
+
+// What a field says when `typed` is not among the codes of `def`: the
+// catalogue's refusal with the code in place of %s, or a general sentence.
+std::string CodeRefusal(const LookupDefinition& def, const std::string& typed);
+
+// A code typed into a text field bound to a typed column, or into a coded
+// grid cell: trimmed, it must be a code of `def` (compared as the database
+// compares text) that is still valid today when the lookup has a validity
+// column. Returns the code as stored ("mi" gives "MI"), or `typed` itself
+// when it is blank (emptying is the field's own business). Raises
+// kErrInvalidValue "<caption>: <refusal>" otherwise; nothing is changed.
+Variant CheckTypedCode(const ConnectionPtr& connection, const LookupDefinition& def, const std::string& caption,
+                       const Variant& typed);
 
 class VxCode : public Control {
  public:

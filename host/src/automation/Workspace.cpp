@@ -121,6 +121,22 @@ std::vector<std::pair<std::string, Variant>> Cells(const json& object) {
   return cells;
 }
 
+// `cells` typed into `grid`, each code typed into a coded column (one that
+// names a lookup, or whose field is a lookup's typed column: a province)
+// checked as a coded field checks it, all before any cell changes, and taken
+// as stored.
+std::vector<std::pair<std::string, Variant>> CheckedCells(const VxBody& grid, const ConnectionPtr& connection,
+                                                          std::vector<std::pair<std::string, Variant>> cells) {
+  for (auto& [column, value] : cells)
+    for (const GridColumn& c : grid.Columns()) {
+      if (!text::EqualsNoCase(c.field, column) || !c.editable) continue;
+      if (!c.lookup.empty()) value = CheckTypedCode(connection, FindLookup(c.lookup), c.caption, value);
+      else if (const LookupDefinition* def = LookupOfColumn(c.field))
+        value = CheckTypedCode(connection, *def, c.caption, value);
+    }
+  return cells;
+}
+
 }  // namespace
 
 // ---- conversions ---------------------------------------------------------------
@@ -262,10 +278,10 @@ json Workspace::Grid(const json& action) {
   if (!grid) Bad("griglia sconosciuta: " + name);
   json result = {{"grid", name}};
   if (action.contains("add")) {
-    result["added"] = grid->AddRow(Cells(action.at("add")));
+    result["added"] = grid->AddRow(CheckedCells(*grid, session_->GetConnection(), Cells(action.at("add"))));
   } else if (action.contains("row") && action.contains("set")) {
     long row = action.at("row").get<long>();
-    grid->SetCells(row, Cells(action.at("set")));
+    grid->SetCells(row, CheckedCells(*grid, session_->GetConnection(), Cells(action.at("set"))));
     result["row"] = row;
   } else if (action.contains("delete")) {
     long row = action.at("delete").get<long>();
@@ -465,8 +481,14 @@ json Workspace::Perform(const json& action, const Emit& emit) {
     Control* c = Current().GetForm()->FindControl(name);
     if (!c) Bad("controllo sconosciuto: " + name);
     if (!action.contains("value")) Bad("manca \"value\"");
-    if (auto* code = dynamic_cast<VxCode*>(c)) code->Choose(session_->GetConnection(), FromJson(action.at("value")));
-    else c->Type(FromJson(action.at("value")));
+    const Variant typed = FromJson(action.at("value"));
+    const LookupDefinition* coded = c->Kind() == ControlKind::Text && c->Enabled() && c->Visible() && !c->Locked()
+                                        ? LookupOfColumn(c->Binding())
+                                        : nullptr;
+    if (auto* code = dynamic_cast<VxCode*>(c)) code->Choose(session_->GetConnection(), typed);
+    // A text field bound to a column of codes (a province) takes only codes.
+    else if (coded) c->Type(CheckTypedCode(session_->GetConnection(), *coded, c->Caption(), typed));
+    else c->Type(typed);
     return {{"set", name}, {"value", ToJson(c->Value())}};
   }
   if (action.contains("popup")) {

@@ -112,8 +112,10 @@ Control& Control::Bind(std::string binding) {
 
 void Control::SetValue(const Variant& value) { value_ = value; }
 
-std::string FieldRefusal(const Control& control, const std::string& why) {
-  std::string caption(text::Trim(control.Caption()));
+std::string FieldRefusal(const Control& control, const std::string& why) { return FieldRefusal(control.Caption(), why); }
+
+std::string FieldRefusal(const std::string& shown, const std::string& why) {
+  std::string caption(text::Trim(shown));
   while (!caption.empty() && (caption.back() == ':' || caption.back() == ' ')) caption.pop_back();
   if (caption.empty()) return "Valore non valido: " + why;
   return caption + ": " + why;

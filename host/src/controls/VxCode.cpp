@@ -9,6 +9,7 @@
 #include "corvina20/Error.h"
 #include "corvina20/MervoStatus.h"
 #include "corvina20/QueryBuilder.h"
+#include "session/HostSession.h"
 
 namespace corvina20 {
 namespace {
@@ -28,7 +29,7 @@ std::vector<LookupDefinition> ReadCatalogue() {
     if (row.cells.size() < 5)
       row.Fail("Corvina20.Lookups", "servono nome, tabella, codice, descrizione, colonne");
     lookups.push_back({row.cells[0], row.cells[1], row.cells[2], row.cells[3], SplitList(row.cells[4]),
-                       row.Cell(5), row.Cell(6)});
+                       row.Cell(5), row.Cell(6), SplitList(row.Cell(7))});
   }
   return lookups;
 }
@@ -45,11 +46,54 @@ Variant ValidityDate(const std::string& value) {
 
 }  // namespace
 
-LookupDefinition FindLookup(const std::string& name) {
+const std::vector<LookupDefinition>& Catalogue() {
   static const std::vector<LookupDefinition> catalogue = ReadCatalogue();
-  for (const auto& l : catalogue)
+  return catalogue;
+}
+
+LookupDefinition FindLookup(const std::string& name) {
+  for (const auto& l : Catalogue())
     if (text::EqualsNoCase(l.name, name)) return l;
   throw Error(kErrHost, "Corvina20.Lookups", "Ricerca sconosciuta: " + name);
+}
+
+const LookupDefinition* LookupOfColumn(std::string_view column) {
+  const auto dot = column.rfind('.');
+  if (dot != std::string_view::npos) column.remove_prefix(dot + 1);
+  if (column.empty()) return nullptr;
+  for (const auto& l : Catalogue())
+    for (const auto& c : l.typedColumns)
+      if (text::EqualsNoCase(c, column)) return &l;
+  return nullptr;
+}
+
+std::string CodeRefusal(const LookupDefinition& def, const std::string& typed) {
+  std::string why = def.refusal.empty() ? "il codice «%s» non è tra quelli ammessi" : def.refusal;
+  auto at = why.find("%s");
+  if (at != std::string::npos) why.replace(at, 2, typed);
+  return why;
+}
+
+Variant CheckTypedCode(const ConnectionPtr& connection, const LookupDefinition& def, const std::string& caption,
+                       const Variant& typed) {
+  if (typed.IsEmpty() || typed.IsNull()) return typed;
+  Variant code = typed;
+  if (typed.Kind() == VariantKind::String) {
+    code = Variant(std::string(text::Trim(typed.StringRef())));
+    if (code.StringRef().empty()) return typed;
+  }
+  if (!connection) return code;
+  std::string sql = "SELECT TOP 1 " + def.codeField + " FROM " + def.table + " WHERE " + def.codeField + " = ?";
+  std::vector<Variant> params{code};
+  if (!def.validityField.empty()) {
+    sql += " AND (" + def.validityField + " IS NULL OR " + def.validityField + " >= ?)";
+    params.push_back(Variant(Today()));
+  }
+  auto rs = connection->OpenRecordset(sql, params, LockType::ReadOnly);
+  if (rs->IsEOF()) throw Error(kErrInvalidValue, "Corvina20.Lookups", FieldRefusal(caption, CodeRefusal(def, code.ToString())));
+  Variant stored = rs->Fields(std::size_t{0}).Value();
+  // A number typed as text stays as typed, as in a coded field.
+  return stored.Kind() == VariantKind::String && code.Kind() == VariantKind::String ? stored : code;
 }
 
 VxCode::VxCode(std::string name, std::string caption, std::string lookupName)
@@ -114,12 +158,8 @@ void VxCode::Choose(const ConnectionPtr& connection, const Variant& code) {
     // and the card's other fields as they were.
     Variant stored = Offered(connection, chosen);
     if (stored.IsEmpty() || stored.IsNull()) {
-      LookupDefinition def = FindLookup(lookupName_);
-      std::string why = def.refusal.empty() ? "il codice «%s» non è tra quelli ammessi" : def.refusal;
-      std::string typed = chosen.ToString();
-      auto at = why.find("%s");
-      if (at != std::string::npos) why.replace(at, 2, typed);
-      throw Error(kErrInvalidValue, "Corvina20.Lookups", FieldRefusal(*this, why));
+      throw Error(kErrInvalidValue, "Corvina20.Lookups",
+                  FieldRefusal(*this, CodeRefusal(FindLookup(lookupName_), chosen.ToString())));
     }
     // Text codes take their stored spelling; a number typed as text stays
     // as typed, so the field's value keeps the kind it always had.

@@ -44,7 +44,7 @@ export class FormView {
 
   // ---- what widgets and tool bars call ----
 
-  perform(action) { return perform(this.formId, action); }
+  perform(action, options) { return perform(this.formId, action, options); }
 
   get mode() { return this.cardState ? this.cardState.mode : null; }
 
@@ -55,7 +55,7 @@ export class FormView {
       canEdit: (c) => c.enabled && c.visible && !c.locked && (!this.cardState || this.cardState.mode !== 0 || !c.binding),
       canEditGrid: (g) => g.enabled && !g.locked && (!this.cardState || this.cardState.mode !== 0),
       set: (name, value) => this.setField(name, value),
-      perform: (action) => this.perform(action),
+      perform: (action, options) => this.perform(action, options),
       note: (text) => this.note(text),
     };
   }
@@ -81,6 +81,7 @@ export class FormView {
     if (!w) return;
     let note = w.el.querySelector(':scope > .field-error');
     if (!text) {
+      if (w.clearRefusal) { w.clearRefusal(); return; }
       note?.remove();
       w.el.classList.remove('has-error');
       w.input?.removeAttribute('aria-invalid');

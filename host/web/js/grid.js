@@ -9,6 +9,10 @@
 // shows other rows beside it for that row) is told the row the user moves
 // to with {"grid":name,"current":r}. A grid declaring date-range columns
 // ("dateRange") shows its rows as a time line under the table (timeline.js).
+// A value the server refuses in a cell (error 380: a code a coded column does
+// not know) is told under the grid in the refusal's words, the cell marked
+// and made current again with its previous value, until it is accepted
+// there or the card changes record or mode.
 
 import { h, icon } from './dom.js';
 import { formatValue, editableNumber, formatDate, parseDate } from './format.js';
@@ -64,6 +68,8 @@ function editText(value, kind, entries) {
 }
 
 const NUMERIC = new Set(['integer', 'percent', 'amount']);
+// The error a cell raises for a value it refuses.
+const CELL_REFUSAL = 380;
 
 export function createGrid(c, ctx) {
   let state = c;
@@ -74,6 +80,7 @@ export function createGrid(c, ctx) {
   let anchor = 0;
   let editor = null; // {td, input, row, col, original}
   let deferred = null; // a state that came while a cell was being edited
+  let refusal = null; // {row, field, text}: the last value the server refused in a cell
 
   const title = h('h3', { class: 'grid-title' });
   const count = h('span', { class: 'grid-count' });
@@ -85,9 +92,12 @@ export function createGrid(c, ctx) {
   const table = h('table', { class: 'data-table grid', role: 'grid', tabindex: 0, id: ctx.id(c.name) }, h('thead', null, headRow), body);
   const empty = h('p', { class: 'grid-empty' }, 'Nessuna riga');
   const timeline = c.dateRange ? createTimeline(c.dateRange) : null;
+  const refusalNote = h('p', { class: 'field-error cell-error', role: 'alert', id: `${ctx.id(c.name)}-error` });
+  refusalNote.hidden = true;
   const el = h('section', { class: 'grid-box', dataset: { control: c.name, kind: 'grid' } },
     h('header', { class: 'grid-head' }, title, count, h('div', { class: 'grid-tools' }, addButton, deleteButton, menuButton)),
     h('div', { class: 'grid-scroll' }, table, empty),
+    refusalNote,
     timeline ? timeline.el : null);
 
   const editable = () => ctx.canEditGrid(state);
@@ -105,6 +115,31 @@ export function createGrid(c, ctx) {
       td.classList.add('active');
       td.scrollIntoView({ block: 'nearest', inline: 'nearest' });
     }
+  }
+
+  function paintRefusal() {
+    body.querySelectorAll('td.refused').forEach((td) => {
+      td.classList.remove('refused');
+      td.removeAttribute('aria-invalid');
+      td.removeAttribute('aria-describedby');
+      td.removeAttribute('title');
+    });
+    if (!refusal) return;
+    const td = cellAt(refusal.row, columns.findIndex((col) => col.field === refusal.field));
+    if (!td) return;
+    td.classList.add('refused');
+    td.setAttribute('aria-invalid', 'true');
+    td.setAttribute('aria-describedby', refusalNote.id);
+    td.title = refusal.text;
+  }
+
+  // Shows the refusal `next` ({row, field, text}) at its cell; null takes it away.
+  function showRefusal(next) {
+    refusal = next;
+    refusalNote.hidden = !next;
+    refusalNote.textContent = next ? next.text : '';
+    el.classList.toggle('has-error', !!next);
+    paintRefusal();
   }
 
   function paintSelection() {
@@ -151,6 +186,7 @@ export function createGrid(c, ctx) {
     empty.hidden = rows.length > 0;
     paintSelection();
     paintActive();
+    paintRefusal();
   }
 
   function render() {
@@ -240,7 +276,7 @@ export function createGrid(c, ctx) {
       } else {
         rows[row] = { ...rows[row], [column.field]: parsed.value };
         drawBody();
-        ctx.perform({ grid: state.name, row, set: { [column.field]: parsed.value } });
+        sendCell(row, column, parsed.value);
       }
     } else {
       drawBody();
@@ -252,6 +288,19 @@ export function createGrid(c, ctx) {
     }
     if (step) moveTo(active.row + step[0], active.col + step[1]);
     if (refocus) table.focus();
+  }
+
+  // Sends a cell's new value. Refused, the server's state has brought the
+  // previous value back: the cell is marked and made current again.
+  async function sendCell(row, column, value) {
+    const out = await ctx.perform({ grid: state.name, row, set: { [column.field]: value } }, { fieldErrors: true });
+    if (out?.error?.number === CELL_REFUSAL) {
+      showRefusal({ row, field: column.field, text: out.error.description });
+      moveTo(row, columns.findIndex((col) => col.field === column.field));
+      table.focus();
+    } else if (out && !out.error && refusal?.row === row && refusal.field === column.field) {
+      showRefusal(null);
+    }
   }
 
   function toggleCheck() {
@@ -277,7 +326,8 @@ export function createGrid(c, ctx) {
     if (!editable()) { ctx.note('Premere Modifica per eliminare righe'); return; }
     if (!rows.length) return;
     const row = selection.length === 1 ? selection[0] : active.row;
-    await ctx.perform({ grid: state.name, delete: row });
+    const out = await ctx.perform({ grid: state.name, delete: row });
+    if (out?.result?.done && refusal) showRefusal(null); // the rows moved
     table.focus();
   }
 
@@ -345,6 +395,8 @@ export function createGrid(c, ctx) {
   const api = {
     el,
     focus: () => table.focus(),
+    // Takes the refusal shown at a cell away (another record or mode).
+    clearRefusal: () => showRefusal(null),
     update(next) {
       if (editor) { deferred = next; state = next; return; }
       state = next;

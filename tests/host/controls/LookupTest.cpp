@@ -1,5 +1,6 @@
 // The provinces: filled into every new database from data/province.tsv, kept
-// when a company changed them, and checked as a lookup checks a typed code.
+// when a company changed them, and checked as a lookup checks a typed code;
+// codes typed into plain fields and grid cells checked the same way.
 #include <gtest/gtest.h>
 
 #include "corvina20/Error.h"
@@ -37,6 +38,43 @@ TEST(Provinces, EveryDatabaseGetsThemAndAProvinceTypedIsChecked) {
   EXPECT_EQ(QueryLong(c, "SELECT COUNT(*) FROM STDProvince"), 1);
   province.Refresh(c);
   EXPECT_EQ(province.Description(), "Bologna (città metropolitana)");
+}
+
+// A code typed into a plain field or a grid cell: which columns hold codes
+// (lookups.tsv), the code taken as stored, blank left to the field, and one
+// not in the lookup, or no longer valid, refused in the lookup's words.
+TEST(TypedCodes, AColumnOfCodesTakesOnlyCodesOfItsLookupStillValid) {
+  TestDatabase db;
+  const ConnectionPtr& c = db.connection;
+  ASSERT_NE(LookupOfColumn("Provincia"), nullptr);
+  EXPECT_EQ(LookupOfColumn("STDAnagrafiche.provincia")->name, "Province");
+  EXPECT_EQ(LookupOfColumn("ProvNascita")->name, "Province");
+  EXPECT_EQ(LookupOfColumn("ProvinciaEstera"), nullptr);  // a foreign province is free text
+  EXPECT_EQ(LookupOfColumn("CodNazione"), nullptr);       // a coded field's own business
+  EXPECT_EQ(LookupOfColumn(""), nullptr);
+
+  const LookupDefinition province = *LookupOfColumn("Provincia");
+  EXPECT_EQ(CheckTypedCode(c, province, "Prov.", Variant(" mi ")).ToString(), "MI");
+  EXPECT_EQ(CheckTypedCode(c, province, "Prov.", Variant("  ")).ToString(), "  ");
+  EXPECT_TRUE(CheckTypedCode(c, province, "Prov.", Variant::Null()).IsNull());
+  auto refusal = [&](const LookupDefinition& def, const char* caption, const char* typed) {
+    try {
+      CheckTypedCode(c, def, caption, Variant(typed));
+    } catch (const Error& e) {
+      EXPECT_EQ(e.Number(), kErrInvalidValue);
+      return e.Description();
+    }
+    return std::string("accepted");
+  };
+  EXPECT_EQ(refusal(province, "Prov", "M%"), "Prov: la provincia «M%» non esiste");
+
+  c->Execute("INSERT INTO STDNazioni (CodNazione, Descrizione, FineValidita) VALUES ('YU', 'Jugoslavia', '1992-04-27')");
+  c->Execute("INSERT INTO STDNazioni (CodNazione, Descrizione) VALUES ('SI', 'Slovenia')");
+  const LookupDefinition nations = FindLookup("Nazioni");
+  EXPECT_EQ(refusal(nations, "Naz.", "yu"), "Naz.: la nazione «yu» non esiste o non è più valida");
+  EXPECT_EQ(refusal(nations, "", "XQ"), "Valore non valido: la nazione «XQ» non esiste o non è più valida");
+  EXPECT_EQ(refusal(nations, "Naz.", "si"), "accepted");
+  EXPECT_EQ(CheckTypedCode(c, nations, "Naz.", Variant("si")).ToString(), "SI");
 }
 
 }  // namespace
