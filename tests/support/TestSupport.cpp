@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include "corvina20/Error.h"
+#include "data/Backend.h"
 #include "data/Database.h"
 
 namespace corvina20::test {
@@ -36,10 +39,81 @@ TempDir::~TempDir() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-TestDatabase::TestDatabase(bool demo) : path(dir.File("test.db")) {
+namespace {
+
+constexpr std::string_view kPostgres = "postgres:";
+
+std::string BackendSetting() {
+  const char* backend = std::getenv("CORVINA_TEST_BACKEND");
+  return backend == nullptr ? "" : backend;
+}
+
+}  // namespace
+
+bool OnPostgres() { return BackendSetting().rfind(kPostgres, 0) == 0; }
+
+namespace {
+
+// The test cluster's address without a database name, from the port file
+// that scripts/pg-test-cluster leaves in its folder.
+std::string ClusterUri() {
+  const std::string dir = BackendSetting().substr(kPostgres.size());
+  std::ifstream in(dir + "/port");
+  std::string port;
+  if (!(in >> port)) throw std::runtime_error("cluster di prova non avviato in " + dir);
+  return "postgresql://corvina@127.0.0.1:" + port + "/";
+}
+
+// The template with the schema (and the demo data) applied, made once per
+// cluster: the first test process to need it makes it under an advisory
+// lock, the others wait for it and copy it.
+std::string TemplateDatabase(Connection& admin, bool demo) {
+  const std::string name = demo ? "corvina_template_demo" : "corvina_template";
+  admin.ExecuteNative("SELECT pg_advisory_lock(7201)");
+  try {
+    auto rs = admin.Backend().Run("SELECT count(*) FROM pg_database WHERE datname = ?", {Variant(name)});
+    if (rs.rows[0][0].ToLong() == 0) {
+      admin.ExecuteNative("CREATE DATABASE " + name + "_new");
+      {
+        ConnectionPtr fresh = OpenDatabase(ClusterUri() + name + "_new");
+        InitDatabase(*fresh, demo);
+      }
+      admin.ExecuteNative("ALTER DATABASE " + name + "_new RENAME TO " + name);
+    }
+  } catch (...) {
+    admin.ExecuteNative("SELECT pg_advisory_unlock(7201)");
+    throw;
+  }
+  admin.ExecuteNative("SELECT pg_advisory_unlock(7201)");
+  return name;
+}
+
+std::string NewPostgresDatabase(bool demo) {
+  static int counter = 0;
+  ConnectionPtr admin = OpenDatabase(ClusterUri() + "postgres");
+  const std::string name = "corvina_test_" + std::to_string(getpid()) + "_" + std::to_string(++counter);
+  admin->ExecuteNative("CREATE DATABASE " + name + " TEMPLATE " + TemplateDatabase(*admin, demo));
+  return ClusterUri() + name;
+}
+
+}  // namespace
+
+TestDatabase::TestDatabase(bool demo) : path(OnPostgres() ? NewPostgresDatabase(demo) : dir.File("test.db")) {
   (void)kDataDirSet;
   connection = OpenDatabase(path);
+  // The template holds the schema already; this also runs what is new.
   InitDatabase(*connection, demo);
+}
+
+TestDatabase::~TestDatabase() {
+  if (!OnPostgres()) return;
+  connection.reset();
+  try {
+    ConnectionPtr admin = OpenDatabase(ClusterUri() + "postgres");
+    admin->ExecuteNative("DROP DATABASE IF EXISTS " + path.substr(path.rfind('/') + 1) + " WITH (FORCE)");
+  } catch (const std::exception&) {
+    // The cluster is thrown away with all its databases at the end.
+  }
 }
 
 ModuleHarness::ModuleHarness(bool demo)

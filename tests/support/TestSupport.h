@@ -1,6 +1,9 @@
-// What every suite needs: a temporary folder, a fresh SQLite database with
-// the real schema, and the real module loaded through IAppModule on a session
-// whose dialog is scripted.
+// What every suite needs: a temporary folder, a fresh database with the real
+// schema, and the real module loaded through IAppModule on a session whose
+// dialog is scripted. The database is an SQLite file, or a database of the
+// test cluster when CORVINA_TEST_BACKEND=postgres:<folder>, the folder of the
+// cluster that scripts/pg-test-cluster started: the same suites then run on
+// PostgreSQL.
 #pragma once
 
 #include <memory>
@@ -29,9 +32,18 @@ class TempDir {
   std::string path_;
 };
 
-// A new database file with the schema applied (and the demo data on request).
+// True when the suites run on PostgreSQL (CORVINA_TEST_BACKEND=postgres:…).
+bool OnPostgres();
+
+// A new database with the schema applied (and the demo data on request):
+// an SQLite file in `dir`, or on PostgreSQL a database of its own, copied
+// from a template made once per cluster and dropped at the end. `path` is
+// what `--db` takes for it.
 struct TestDatabase {
   explicit TestDatabase(bool demo = false);
+  ~TestDatabase();
+  TestDatabase(const TestDatabase&) = delete;
+  TestDatabase& operator=(const TestDatabase&) = delete;
   TempDir dir;
   std::string path;
   ConnectionPtr connection;

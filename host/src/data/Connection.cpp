@@ -4,6 +4,7 @@
 #include "corvina20/Connection.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <map>
 #include <mutex>
 
@@ -51,12 +52,25 @@ struct Connection::Impl {
                     "Parametri insufficienti per l'istruzione: " + statement);
       std::vector<Variant> mine(params.begin() + static_cast<long>(next),
                                 params.begin() + static_cast<long>(next + count));
+      if (backend->Dialect() == data::SqlDialect::Postgres)
+        for (std::size_t i = 0; i < count; ++i)
+          if (next + i < sql.numericParams.size() && sql.numericParams[next + i] && !IsNumberText(mine[i]))
+            mine[i] = Variant::Null();
       next += count;
       last = backend->Run(statement, mine);
     }
     if (next != params.size())
       throw Error(kErrDatabase, "Corvina20.Data", "Parametri in eccesso per l'istruzione");
     return last;
+  }
+
+  // True unless `v` is a text that does not read as a number.
+  static bool IsNumberText(const Variant& v) {
+    if (v.Kind() != VariantKind::String) return true;
+    const std::string& s = v.StringRef();
+    char* end = nullptr;
+    std::strtod(s.c_str(), &end);
+    return !s.empty() && end != nullptr && std::string_view(end).find_first_not_of(' ') == std::string_view::npos;
   }
 
   // '?' outside string literals and quoted identifiers.
@@ -103,6 +117,12 @@ RecordsetPtr Connection::OpenRecordset(std::string_view tsql, const std::vector<
     const data::ResultColumn& c = rs.columns[i];
     FieldInfo f;
     f.name = c.name;
+    // A backend that folds names gives aliases and computed columns back in
+    // lower case: the field takes the name the query wrote. A bare table
+    // column keeps the schema's spelling, which the backend reports.
+    if (impl_->backend->Dialect() == data::SqlDialect::Postgres && i < sql.columnNames.size() &&
+        text::EqualsNoCase(sql.columnNames[i], c.name) && !text::EqualsNoCase(c.name, c.baseColumn))
+      f.name = sql.columnNames[i];
     f.baseTable = c.baseTable;
     f.baseColumn = c.baseColumn;
     f.sqlType = c.declType;

@@ -8,7 +8,9 @@
 
 namespace corvina20 {
 
-// Opens the database at `location` (an SQLite file, created when missing).
+// Opens the database at `location`: a PostgreSQL URI (postgresql://…, the
+// password from PGPASSFILE or the service file, never in the URI) or else an
+// SQLite file, created when missing.
 // Throws corvina20::Error kErrDatabase when it cannot be opened.
 ConnectionPtr OpenDatabase(const std::string& location);
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "corvina20/Error.h"
+#include "data/postgres/PgHostObjects.h"
 #include "data/schema/DdlTokenizer.h"
 #include "data/sqlite/SqliteText.h"
 
@@ -83,10 +84,24 @@ struct KeyColumn {
   std::string order;  // "", "ASC" or "DESC"
 };
 
+// A name for the target: as written for SQLite; for PostgreSQL folded to
+// lower case and quoted, the way the translator writes every name there.
+std::string TargetName(const std::string& written, bool pg) {
+  if (!pg) return written;
+  std::string bare = written;
+  if (!bare.empty() && (bare.front() == '[' || bare.front() == '"')) bare = bare.substr(1, bare.size() - 2);
+  std::string out = "\"";
+  for (char c : Lower(bare)) {
+    if (c == '"') out += '"';
+    out += c;
+  }
+  return out + "\"";
+}
+
 class Parser {
  public:
-  Parser(std::string_view batch, int firstLine)
-      : text_(batch), tokens_(Tokenize(batch, firstLine)) {}
+  Parser(std::string_view batch, int firstLine, bool pg)
+      : text_(batch), tokens_(Tokenize(batch, firstLine)), pg_(pg) {}
 
   void ParseBatch(std::vector<std::string>& out) {
     while (Peek().kind != TokKind::End) {
@@ -163,10 +178,11 @@ class Parser {
   // schema is outside the subset.
   std::string ExpectObjectName(const char* what) {
     const Token& first = ExpectName(what);
-    if (!AcceptPunct(".")) return first.text;
+    if (!AcceptPunct(".")) return N(first.text);
     if (NameKey(first) != "DBO") Fail(first.line, "schema non gestito '" + first.text + "'");
-    return ExpectName(what).text;
+    return N(ExpectName(what).text);
   }
+  std::string N(const std::string& written) const { return TargetName(written, pg_); }
   static void SkipClustering(Parser& parser) {
     if (!parser.AcceptKeyword("CLUSTERED")) parser.AcceptKeyword("NONCLUSTERED");
   }
@@ -176,7 +192,7 @@ class Parser {
   void ParseCreate(std::vector<std::string>& out) {
     const Token& what = Peek();
     if (AcceptKeyword("TABLE")) {
-      out.push_back(ParseCreateTable());
+      ParseCreateTable(out);
     } else if (IsKeyword(what, "UNIQUE") || IsKeyword(what, "INDEX") ||
                IsKeyword(what, "CLUSTERED") || IsKeyword(what, "NONCLUSTERED")) {
       out.push_back(ParseCreateIndex());
@@ -187,7 +203,7 @@ class Parser {
     }
   }
 
-  std::string ParseCreateTable() {
+  void ParseCreateTable(std::vector<std::string>& out) {
     const int line = Peek().line;
     const std::string table = ExpectObjectName("della tabella");
     ExpectPunct("(");
@@ -258,6 +274,7 @@ class Parser {
 
     std::string sql = "CREATE TABLE " + table + " (";
     bool first = true;
+    if (pg_) dropPrimaryKey = false;
     const auto add = [&](const std::string& element) {
       sql += first ? "\n  " : ",\n  ";
       sql += element;
@@ -266,15 +283,37 @@ class Parser {
     for (const ColumnDef& column : columns) add(ColumnSql(column));
     if (primaryKey && !dropPrimaryKey) {
       std::string element;
-      if (!primaryKeyName.empty()) element = "CONSTRAINT " + primaryKeyName + " ";
+      if (!primaryKeyName.empty()) element = "CONSTRAINT " + N(primaryKeyName) + " ";
       add(element + "PRIMARY KEY " + KeyListSql(*primaryKey));
     }
     for (const std::string& constraint : constraints) add(constraint);
     sql += "\n)";
-    return sql;
+    out.push_back(std::move(sql));
+    if (!pg_) return;
+    for (const ColumnDef& column : columns) out.push_back(CommentSql(table, column));
+    if (identity != nullptr) {
+      // Names here are folded and quoted: "t" → t_identity, argument 'col'.
+      const std::string bareTable = table.substr(1, table.size() - 2);
+      const std::string column = N(identity->name);
+      out.push_back("CREATE TRIGGER " + N(bareTable + "_identity") + " AFTER INSERT ON " + table +
+                    " FOR EACH STATEMENT EXECUTE FUNCTION " + pg::kIdentityFollow + "('" +
+                    column.substr(1, column.size() - 2) + "')");
+    }
   }
 
-  static std::string ColumnSql(const ColumnDef& column) {
+  // PostgreSQL: the column's SQL Server type and its name as the schema
+  // writes it ("nvarchar(80) RagioneSociale"), read back by the backend so
+  // that values, field types and field names are those of the schema.
+  std::string CommentSql(const std::string& table, const ColumnDef& column) const {
+    std::string bare = N(column.name);
+    std::string name = column.name;
+    if (!name.empty() && (name.front() == '[' || name.front() == '"')) name = name.substr(1, name.size() - 2);
+    if (name.find_first_of(" '") != std::string::npos) name = bare.substr(1, bare.size() - 2);
+    return "COMMENT ON COLUMN " + table + "." + bare + " IS '" + column.type + " " + name + "'";
+  }
+
+  std::string ColumnSql(const ColumnDef& column) const {
+    if (pg_) return PostgresColumnSql(column);
     std::string sql = column.name + " ";
     if (column.identity) {
       sql += "INTEGER PRIMARY KEY AUTOINCREMENT";
@@ -292,11 +331,28 @@ class Parser {
     return sql;
   }
 
-  static std::string KeyListSql(const std::vector<KeyColumn>& keys) {
+  std::string PostgresColumnSql(const ColumnDef& column) const {
+    std::string sql = N(column.name) + " ";
+    if (column.identity) {
+      sql += "integer GENERATED BY DEFAULT AS IDENTITY";
+      if (column.inlinePrimaryKey) sql += " PRIMARY KEY";
+    } else {
+      sql += pg::PostgresTypeOf(column.type);
+      if (IsTextType(column.baseType)) sql += std::string(" COLLATE ") + pg::kTextCollation;
+      if (column.inlinePrimaryKey) sql += " PRIMARY KEY";
+    }
+    if (column.unique) sql += " UNIQUE";
+    if (column.notNull) sql += " NOT NULL";
+    if (!column.defaultSql.empty())
+      sql += " DEFAULT " + (column.defaultSql == "CURRENT_TIMESTAMP" ? std::string("LOCALTIMESTAMP(0)") : column.defaultSql);
+    return sql;
+  }
+
+  std::string KeyListSql(const std::vector<KeyColumn>& keys) const {
     std::string sql = "(";
     for (std::size_t i = 0; i < keys.size(); ++i) {
       if (i > 0) sql += ", ";
-      sql += keys[i].name;
+      sql += N(keys[i].name);
       if (!keys[i].order.empty()) sql += " " + keys[i].order;
     }
     return sql + ")";
@@ -322,7 +378,7 @@ class Parser {
                             std::optional<std::vector<KeyColumn>>& primaryKey,
                             std::string& primaryKeyName) {
     std::string name;
-    if (AcceptKeyword("CONSTRAINT")) name = ExpectName("del vincolo").text;
+    if (AcceptKeyword("CONSTRAINT")) name = N(ExpectName("del vincolo").text);
     const Token& kind = Peek();
     std::string prefix = name.empty() ? std::string() : "CONSTRAINT " + name + " ";
     if (AcceptKeyword("PRIMARY")) {
@@ -585,6 +641,7 @@ class Parser {
                               "." + column.name + ")");
       }
       out.push_back("ALTER TABLE " + table + " ADD COLUMN " + ColumnSql(column));
+      if (pg_) out.push_back(CommentSql(table, column));
     } while (AcceptPunct(","));
   }
 
@@ -595,7 +652,7 @@ class Parser {
     if (AcceptKeyword("TABLE") || AcceptKeyword("VIEW")) {
       out.push_back("DROP " + Upper(what.text) + " " + ExpectObjectName("dell'oggetto"));
     } else if (AcceptKeyword("INDEX")) {
-      const std::string name = ExpectName("dell'indice").text;
+      const std::string name = N(ExpectName("dell'indice").text);
       ExpectKeyword("ON");
       ExpectObjectName("della tabella");
       out.push_back("DROP INDEX " + name);
@@ -607,11 +664,16 @@ class Parser {
   std::string_view text_;
   std::vector<Token> tokens_;
   std::size_t pos_ = 0;
+  bool pg_ = false;
 };
 
 }  // namespace
 
 std::vector<std::string> ConvertDdlStatementsForSqlite(std::string_view ddl) {
+  return ConvertDdlStatements(ddl, SqlDialect::Sqlite);
+}
+
+std::vector<std::string> ConvertDdlStatements(std::string_view ddl, SqlDialect dialect) {
   std::vector<std::string> statements;
   // Batches end at lines holding only GO (any case), as the SQL Server tools
   // read them; a line is never a GO separator inside a batch's text otherwise.
@@ -620,7 +682,7 @@ std::vector<std::string> ConvertDdlStatementsForSqlite(std::string_view ddl) {
   int line = 1;
   std::size_t pos = 0;
   const auto flush = [&](std::size_t end) {
-    Parser parser(ddl.substr(batchStart, end - batchStart), batchLine);
+    Parser parser(ddl.substr(batchStart, end - batchStart), batchLine, dialect == SqlDialect::Postgres);
     parser.ParseBatch(statements);
   };
   while (pos <= ddl.size()) {

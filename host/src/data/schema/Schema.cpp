@@ -16,6 +16,7 @@
 
 #include "corvina20/Error.h"
 #include "data/Backend.h"
+#include "data/postgres/PgHostObjects.h"
 #include "data/schema/DdlConverter.h"
 
 namespace corvina20::data {
@@ -24,9 +25,9 @@ namespace {
 constexpr const char* kSource = "Corvina20.Schema";
 
 // The host's own bookkeeping table; not in the schema files, because it must
-// exist before the first of them is looked at.
+// exist before the first of them is looked at. Converted like them.
 constexpr const char* kCreateVersions =
-    "CREATE TABLE IF NOT EXISTS CORSchemaVersioni ("
+    "CREATE TABLE CORSchemaVersioni ("
     "NomeFile nvarchar(200) NOT NULL PRIMARY KEY, Applicato datetime NULL)";
 
 // The files of `dir` whose name matches `pattern`, sorted by name.
@@ -55,8 +56,8 @@ std::string ReadFile(const std::filesystem::path& path) {
   return text.str();
 }
 
-void RequireSqlite(Connection& connection) {
-  if (connection.BackendName() != "sqlite") {
+void RequireKnownBackend(Connection& connection) {
+  if (connection.BackendName() != "sqlite" && connection.BackendName() != "postgres") {
     throw Error(kErrDatabase, kSource,
                 "Schema: conversione non disponibile per il backend " + connection.BackendName());
   }
@@ -74,9 +75,15 @@ void RollbackQuietly(Connection& connection) {
 }  // namespace
 
 int ApplySchema(Connection& connection, const std::string& schemaDir) {
-  RequireSqlite(connection);
+  RequireKnownBackend(connection);
+  const SqlDialect dialect = connection.Backend().Dialect();
   const auto files = ListFiles(schemaDir, std::regex(R"([0-9]{3}_.*\.sql)"), "dello schema");
-  connection.ExecuteNative(kCreateVersions);
+  // PostgreSQL: the collation, the bit domain and the functions the
+  // converted DDL and the translated SQL name.
+  if (dialect == SqlDialect::Postgres) connection.ExecuteNative(pg::HostObjectsScript());
+  if (!connection.TableExists("CORSchemaVersioni"))
+    for (const std::string& statement : ConvertDdlStatements(kCreateVersions, dialect))
+      connection.ExecuteNative(statement);
   std::set<std::string> applied;
   for (const auto& row :
        connection.Backend().Run("SELECT NomeFile FROM CORSchemaVersioni", {}).rows) {
@@ -91,17 +98,19 @@ int ApplySchema(Connection& connection, const std::string& schemaDir) {
     // refused without touching the database.
     std::vector<std::string> statements;
     try {
-      statements = ConvertDdlStatementsForSqlite(ReadFile(path));
+      statements = ConvertDdlStatements(ReadFile(path), dialect);
     } catch (const Error& error) {
       throw Error(error.Number(), kSource, name + ": " + error.Description());
     }
     connection.BeginTrans();
     try {
       for (const std::string& statement : statements) connection.ExecuteNative(statement);
-      connection.Backend().Run(
-          "INSERT INTO CORSchemaVersioni (NomeFile, Applicato) "
-          "VALUES (?, strftime('%Y-%m-%d %H:%M:%S', 'now', 'localtime'))",
-          {Variant(name)});
+      connection.Backend().Run(dialect == SqlDialect::Postgres
+                                   ? "INSERT INTO CORSchemaVersioni (NomeFile, Applicato) "
+                                     "VALUES (?, LOCALTIMESTAMP(0))"
+                                   : "INSERT INTO CORSchemaVersioni (NomeFile, Applicato) "
+                                     "VALUES (?, strftime('%Y-%m-%d %H:%M:%S', 'now', 'localtime'))",
+                               {Variant(name)});
       connection.CommitTrans();
     } catch (...) {
       const Error error = CurrentError();
@@ -114,7 +123,8 @@ int ApplySchema(Connection& connection, const std::string& schemaDir) {
 }
 
 void LoadDemoData(Connection& connection, const std::string& demoDir) {
-  RequireSqlite(connection);
+  RequireKnownBackend(connection);
+  const bool postgres = connection.Backend().Dialect() == SqlDialect::Postgres;
   const auto files = ListFiles(demoDir, std::regex(R"(.*\.sql)"), "dei dati dimostrativi");
   connection.BeginTrans();
   std::string current;
@@ -124,7 +134,10 @@ void LoadDemoData(Connection& connection, const std::string& demoDir) {
       const std::vector<std::string> statements = SplitSqlStatements(ReadFile(path));
       for (std::size_t i = 0; i < statements.size(); ++i) {
         current = path.filename().string() + ", istruzione " + std::to_string(i + 1);
-        connection.ExecuteNative(statements[i]);
+        // The demo files are written for SQL Server and SQLite ([names]):
+        // on PostgreSQL they go through the translator like the module's SQL.
+        if (postgres) connection.Execute(statements[i]);
+        else connection.ExecuteNative(statements[i]);
       }
     }
     connection.CommitTrans();

@@ -84,6 +84,8 @@ std::string Emitter::Take() {
 
 std::vector<std::string> Emitter::Emit(const Statement& s) {
   out_.clear();
+  numericParams_.clear();
+  numericParamExprs_.clear();
   switch (s.kind) {
     case StatementKind::Select:
       if (!s.select->cores[0].into.empty()) return EmitSelectInto(s);
@@ -115,14 +117,14 @@ std::vector<std::string> Emitter::EmitSelectInto(const Statement& s) {
     else if (c.name.empty()) ThrowUnsupported("SELECT INTO con una colonna senza nome");
   }
   if (star) {
-    Put("CREATE TABLE ");
+    Put(CreateWorkTable());
     WriteName(table);
     Put(" AS ");
     WriteSelect(select);
     return {Take()};
   }
   std::vector<std::string> out;
-  Put("CREATE TABLE ");
+  Put(CreateWorkTable());
   WriteName(table);
   Put(" (");
   for (std::size_t i = 0; i < select.outputs.size(); ++i) {
@@ -222,7 +224,7 @@ void Emitter::WriteSelect(const Select& select) {
     if (compound && core.top) {
       Put("SELECT * FROM (");
       WriteCore(core);
-      Put(" LIMIT " + core.top->text + ")");
+      Put(" LIMIT " + core.top->text + ")" + DerivedTableAlias());
     } else {
       WriteCore(core);
     }
@@ -238,6 +240,7 @@ void Emitter::WriteSelect(const Select& select) {
       if (term.kind != ExprKind::Column && term.kind != ExprKind::Number && IsTextType(term.type))
         Put(TextCollationClause());
       if (select.orderBy[i].descending) Put(" DESC");
+      Put(NullsOrder(select.orderBy[i].descending));
     }
   }
   if (!compound && select.cores[0].top) Put(" LIMIT " + select.cores[0].top->text);
@@ -400,6 +403,7 @@ void Emitter::WriteExpr(const Expr& e) {
       return;
     case ExprKind::Param:
       Put("?");
+      numericParams_.push_back(numericParamExprs_.count(&e) != 0);
       return;
     case ExprKind::Column:
     case ExprKind::Star:
@@ -458,13 +462,7 @@ void Emitter::WriteExpr(const Expr& e) {
       WriteOperand(*e.args[2], 5);
       return;
     case ExprKind::Like:
-      WriteOperand(*e.args[0], 5);
-      Put(e.negated ? " NOT LIKE " : " LIKE ");
-      WriteOperand(*e.args[1], 5);
-      if (e.args.size() > 2) {
-        Put(" ESCAPE ");
-        WriteOperand(*e.args[2], 5);
-      }
+      WriteLike(e);
       return;
     case ExprKind::Exists:
       Put("EXISTS (");
@@ -504,6 +502,11 @@ void Emitter::WriteExpr(const Expr& e) {
 
 namespace {
 
+bool IsNumberFamily(const std::string& type) {
+  TypeFamily f = FamilyOf(type);
+  return f == TypeFamily::Integer || f == TypeFamily::Exact || f == TypeFamily::Float || f == TypeFamily::Bit;
+}
+
 bool IsComparison(const Expr& e) {
   return e.text == "=" || e.text == "<>" || e.text == "<" || e.text == ">" || e.text == "<=" || e.text == ">=";
 }
@@ -533,6 +536,12 @@ void Emitter::WriteBinary(const Expr& e) {
     Put(e.text == "=" ? " IS NULL" : " IS NOT NULL");
     return;
   }
+  // A parameter compared with a number column: a text that is no number
+  // must compare false there (see TranslatedSql::numericParams).
+  if (IsComparison(e)) {
+    if (right.kind == ExprKind::Param && IsNumberFamily(left.type)) numericParamExprs_.insert(&right);
+    if (left.kind == ExprKind::Param && IsNumberFamily(right.type)) numericParamExprs_.insert(&left);
+  }
   int p = BinaryPrecedence(e);
   bool associative = e.text == "AND" || e.text == "OR";
   WriteOperand(left, p);
@@ -542,9 +551,8 @@ void Emitter::WriteBinary(const Expr& e) {
   // A comparison with a column takes the column's collation; one between
   // two other operands ('a' = ?, upper(x) = 'B') is given the same rule
   // explicitly, so that no text comparison is case-sensitive.
-  const std::string collation = IsComparison(e) && !CarriesColumn(left) && !CarriesColumn(right) &&
-                                            (MayBeText(left) || MayBeText(right))
-                                    ? TextCollationClause()
+  const std::string collation = IsComparison(e) && !CarriesColumn(left) && !CarriesColumn(right)
+                                    ? ComparisonCollation(left, right)
                                     : std::string();
   if (collation.empty()) {
     WriteOperand(right, associative ? p : p + 1);
@@ -554,6 +562,56 @@ void Emitter::WriteBinary(const Expr& e) {
   WriteExpr(right);
   Put(")");
   Put(collation);
+}
+
+std::string Emitter::ComparisonCollation(const Expr& left, const Expr& right) const {
+  return MayBeText(left) || MayBeText(right) ? TextCollationClause() : std::string();
+}
+
+void Emitter::WriteLike(const Expr& e) {
+  WriteOperand(*e.args[0], 5);
+  Put(e.negated ? " NOT LIKE " : " LIKE ");
+  WriteOperand(*e.args[1], 5);
+  if (e.args.size() > 2) {
+    Put(" ESCAPE ");
+    WriteOperand(*e.args[2], 5);
+  }
+}
+
+// The parameters keep their order: the SET values, then the ON conditions,
+// then the WHERE, as in the T-SQL text.
+void Emitter::WriteUpdateAsFrom(const Statement& s) {
+  const FromClause& from = *s.from;
+  const TableRef& target = FindTarget(from, s.table);
+  std::vector<const TableRef*> others;
+  std::vector<const Expr*> conditions;
+  if (&from.first != &target) others.push_back(&from.first);
+  for (const Join& j : from.joins) {
+    if (j.kind != "INNER JOIN" && j.kind != ",") ThrowUnsupported("UPDATE con " + j.kind);
+    if (&j.ref != &target) others.push_back(&j.ref);
+    if (j.on) conditions.push_back(j.on.get());
+  }
+  for (const TableRef* ref : others)
+    if (ref->query) ThrowUnsupported("UPDATE con una tabella derivata nel FROM");
+  if (s.where) conditions.push_back(s.where.get());
+
+  Put("UPDATE ");
+  WriteTableRef(target);
+  Put(" SET ");
+  for (std::size_t i = 0; i < s.sets.size(); ++i) {
+    if (i) Put(", ");
+    WriteName(s.sets[i].column);
+    Put(" = ");
+    WriteExpr(*s.sets[i].value);
+  }
+  for (std::size_t i = 0; i < others.size(); ++i) {
+    Put(i ? ", " : " FROM ");
+    WriteTableRef(*others[i]);
+  }
+  for (std::size_t i = 0; i < conditions.size(); ++i) {
+    Put(i ? " AND " : " WHERE ");
+    WriteOperand(*conditions[i], 3);
+  }
 }
 
 }  // namespace corvina20::data::tsql

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,11 +24,16 @@ class Emitter {
   // The backend statements for `statement`, in the order they must run.
   // REQUIRES: TypeStatement ran on `statement`.
   std::vector<std::string> Emit(const Statement& statement);
+  // For each "?" of the last Emit, in order: whether it is compared with a
+  // column or expression of a number type (=, <>, <, >…).
+  const std::vector<bool>& NumericParams() const { return numericParams_; }
 
  protected:
   // Shared walk; everything appends to out_.
   void Put(std::string_view text) { out_ += text; }
-  void WriteName(const Name& name);
+  // [name] and "name" as "name", bare names as written (SQLite); a dialect
+  // that folds names overrides it.
+  virtual void WriteName(const Name& name);
   void WriteExpr(const Expr& e);
   // Writes `e`, parenthesised when it binds more loosely than `precedence`.
   void WriteOperand(const Expr& e, int precedence);
@@ -61,6 +67,23 @@ class Emitter {
   // (literals, parameters, expressions) follow the text columns' rule,
   // e.g. " COLLATE x"; "" when the backend's default already does.
   virtual std::string TextCollationClause() const { return ""; }
+  // The clause for a comparison of `left` and `right`, neither a column:
+  // TextCollationClause() when either may be text.
+  virtual std::string ComparisonCollation(const Expr& left, const Expr& right) const;
+  // The start of the statement that creates a SELECT … INTO work table.
+  virtual std::string CreateWorkTable() const { return "CREATE TABLE "; }
+  // The alias a derived table needs where the text has none ("" when the
+  // dialect needs none), e.g. a UNION member with TOP.
+  virtual std::string DerivedTableAlias() const { return ""; }
+  // Where NULLs sort in an ORDER BY term: first ascending, last descending,
+  // as on SQL Server and SQLite; "" when the backend does so already.
+  virtual std::string NullsOrder(bool /*descending*/) const { return ""; }
+  // [NOT] LIKE, with its ESCAPE when written.
+  virtual void WriteLike(const Expr& like);
+  // UPDATE T SET … FROM T JOIN W ON c WHERE w as UPDATE T AS A SET … FROM W
+  // WHERE c AND (w): the target leaves the FROM list, the ON conditions join
+  // the WHERE in their order. Inner joins only. SQLite and PostgreSQL share it.
+  void WriteUpdateAsFrom(const Statement& s);
 
   std::string out_;
 
@@ -76,6 +99,8 @@ class Emitter {
   // on alias.Rank by a top-level AND term, 0 when none.
   int FreeTextMinRank(const Name& alias, const Expr* on) const;
 
+  std::vector<bool> numericParams_;
+  std::set<const Expr*> numericParamExprs_;
   const Expr* where_ = nullptr;      // WHERE of the SELECT being written
   const Expr* joinOn_ = nullptr;     // ON of the join whose source is being written
   const Name* onFreeText_ = nullptr; // while writing an ON: the FREETEXTTABLE that KEY/RANK name
@@ -84,6 +109,8 @@ class Emitter {
 
 // The SQLite emitter.
 std::unique_ptr<Emitter> MakeSqliteEmitter();
+// The PostgreSQL emitter.
+std::unique_ptr<Emitter> MakePostgresEmitter();
 
 // Binding strength of an expression as the emitters print it (higher binds
 // tighter); exposed for the dialects' hooks.

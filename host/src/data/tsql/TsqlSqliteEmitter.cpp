@@ -108,43 +108,9 @@ class SqliteEmitter final : public Emitter {
     Put(")");
   }
 
-  // UPDATE T SET … FROM T JOIN W ON c WHERE w: SQLite's UPDATE … FROM must
-  // not list the target again, so the target leaves the FROM list and the ON
-  // conditions join the WHERE, in their order (the parameters keep theirs).
-  // Only inner joins have this meaning.
-  void WriteUpdateWithFrom(const Statement& s) override {
-    const FromClause& from = *s.from;
-    const TableRef& target = FindTarget(from, s.table);
-    std::vector<const TableRef*> others;
-    std::vector<const Expr*> conditions;
-    if (&from.first != &target) others.push_back(&from.first);
-    for (const Join& j : from.joins) {
-      if (j.kind != "INNER JOIN" && j.kind != ",") ThrowUnsupported("UPDATE con " + j.kind);
-      if (&j.ref != &target) others.push_back(&j.ref);
-      if (j.on) conditions.push_back(j.on.get());
-    }
-    for (const TableRef* ref : others)
-      if (ref->query) ThrowUnsupported("UPDATE con una tabella derivata nel FROM");
-    if (s.where) conditions.push_back(s.where.get());
-
-    Put("UPDATE ");
-    WriteTableRef(target);
-    Put(" SET ");
-    for (std::size_t i = 0; i < s.sets.size(); ++i) {
-      if (i) Put(", ");
-      WriteName(s.sets[i].column);
-      Put(" = ");
-      WriteExpr(*s.sets[i].value);
-    }
-    for (std::size_t i = 0; i < others.size(); ++i) {
-      Put(i ? ", " : " FROM ");
-      WriteTableRef(*others[i]);
-    }
-    for (std::size_t i = 0; i < conditions.size(); ++i) {
-      Put(i ? " AND " : " WHERE ");
-      WriteOperand(*conditions[i], 3);
-    }
-  }
+  // SQLite's UPDATE … FROM must not list the target again: see
+  // WriteUpdateAsFrom.
+  void WriteUpdateWithFrom(const Statement& s) override { WriteUpdateAsFrom(s); }
 
   // SQLite takes the declared type as written, except a size that is not a
   // number ("max"): such a type is quoted, and SQLite keeps it unquoted. The

@@ -21,18 +21,22 @@ void ThrowUnsupported(std::string_view construct) {
 }  // namespace tsql
 
 TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const ColumnTypeLookup& lookup) {
-  if (dialect != SqlDialect::Sqlite)
-    throw Error(kErrDatabase, "Corvina20.Sql", "Dialetto SQL non ancora supportato: PostgreSQL");
-  std::unique_ptr<tsql::Emitter> emitter = tsql::MakeSqliteEmitter();
+  std::unique_ptr<tsql::Emitter> emitter =
+      dialect == SqlDialect::Postgres ? tsql::MakePostgresEmitter() : tsql::MakeSqliteEmitter();
 
   std::vector<tsql::Statement> statements = tsql::Parser(tsql::Tokenize(tsql)).ParseScript();
   TranslatedSql out;
   for (tsql::Statement& statement : statements) {
     tsql::TypeStatement(statement, lookup);
     for (std::string& text : emitter->Emit(statement)) out.statements.push_back(std::move(text));
+    const std::vector<bool>& numeric = emitter->NumericParams();
+    out.numericParams.insert(out.numericParams.end(), numeric.begin(), numeric.end());
   }
   // The result is the last statement's: its column types, if it is a query.
-  if (!statements.empty()) out.columnTypes = tsql::ResultColumnTypes(statements.back());
+  if (!statements.empty()) {
+    out.columnTypes = tsql::ResultColumnTypes(statements.back());
+    out.columnNames = tsql::ResultColumnNames(statements.back());
+  }
   return out;
 }
 

@@ -29,13 +29,22 @@ struct TranslatedSql {
   // * or T.* (whose columns it cannot list), so it may be shorter than the
   // result. Empty for other statements, SELECT … INTO included.
   std::vector<std::string> columnTypes;
+  // For a query: the output columns' names as the text writes them (alias or
+  // column name, "" for an unnamed computed column), over the same columns as
+  // columnTypes. A backend that folds names (PostgreSQL) reports them in
+  // lower case; the Connection gives the fields these names back.
+  std::vector<std::string> columnNames;
+  // For each "?" across the statements, in order: true when it is compared
+  // with a number (IdAnagrafica = ?). A text that is no number compares
+  // false there on SQLite; PostgreSQL refuses it, so the Connection binds
+  // NULL instead (the comparison is then false as well).
+  std::vector<bool> numericParams;
 };
 
 // Translates `tsql` (one or more statements) for `dialect`; docs/translator.md
 // lists the rules. An empty text (blanks, comments, ";") gives no statement.
 // Throws corvina20::Error kErrDatabase, source "Corvina20.Sql", description
-// "Costrutto T-SQL non supportato: <construct>" for text outside the subset,
-// and "Dialetto SQL non ancora supportato: PostgreSQL" for that dialect.
+// "Costrutto T-SQL non supportato: <construct>" for text outside the subset.
 // `lookup` may be empty: then no table column is typed.
 TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect,
                             const ColumnTypeLookup& lookup);

@@ -288,4 +288,14 @@ std::vector<std::string> ResultColumnTypes(const Statement& statement) {
   return out;
 }
 
+std::vector<std::string> ResultColumnNames(const Statement& statement) {
+  std::vector<std::string> out;
+  if (statement.kind != StatementKind::Select || !statement.select->cores[0].into.empty()) return out;
+  for (const OutputColumn& c : statement.select->outputs) {
+    if (c.star) break;
+    out.push_back(c.name);
+  }
+  return out;
+}
+
 }  // namespace corvina20::data::tsql

@@ -25,4 +25,7 @@ void TypeStatement(Statement& statement, const ColumnTypeLookup& lookup);
 // statements. REQUIRES: TypeStatement ran on `statement`.
 std::vector<std::string> ResultColumnTypes(const Statement& statement);
 
+// The names of the same output columns, as written ("" when unnamed).
+std::vector<std::string> ResultColumnNames(const Statement& statement);
+
 }  // namespace corvina20::data::tsql
