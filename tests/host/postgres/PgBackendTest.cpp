@@ -5,6 +5,10 @@
 // a transaction, work tables per connection, and no password in the URI.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+#include <vector>
+
 #include "corvina20/Error.h"
 #include "corvina20/Recordset.h"
 #include "data/Database.h"
@@ -120,6 +124,36 @@ TEST(PgBackend, WorkTablesBelongToTheirConnection) {
   ConnectionPtr other = OpenDatabase(database.path);
   EXPECT_FALSE(other->TableExists("WLista"));
   EXPECT_TRUE(db.TableExists("WLista"));
+}
+
+// Many workstations saving new parties at once, each numbering its party
+// max + 1 inside its save transaction as the module does: every save lands,
+// under a key of its own.
+TEST(PgBackend, ConcurrentSavesNumberingMaxPlusOneNeverCollide) {
+  TestDatabase database;
+  constexpr int kClients = 8, kSaves = 10;
+  std::atomic<int> failures{0};
+  std::vector<std::thread> clients;
+  for (int c = 0; c < kClients; ++c)
+    clients.emplace_back([&, c] {
+      ConnectionPtr db = OpenDatabase(database.path);
+      for (int i = 0; i < kSaves; ++i) {
+        try {
+          db->BeginTrans();
+          auto rs = db->OpenRecordset("SELECT Max(IdAnagrafica) as IdLibera FROM STDAnagrafiche");
+          long next = rs->Fields("IdLibera").Value().IsNull() ? 1 : rs->Fields("IdLibera").Value().ToLong() + 1;
+          AddParty(*db, static_cast<int>(next), "Cliente " + std::to_string(c) + "/" + std::to_string(i), 1);
+          db->CommitTrans();
+        } catch (const Error&) {
+          ++failures;
+          if (db->InTransaction()) db->RollbackTrans();
+        }
+      }
+    });
+  for (auto& t : clients) t.join();
+  EXPECT_EQ(failures.load(), 0);
+  EXPECT_EQ(QueryLong(database.connection, "SELECT COUNT(DISTINCT IdAnagrafica) FROM STDAnagrafiche"), kClients * kSaves);
+  EXPECT_EQ(QueryLong(database.connection, "SELECT Max(IdAnagrafica) FROM STDAnagrafiche"), kClients * kSaves);
 }
 
 TEST(PgBackend, PasswordInTheAddressRefused) {

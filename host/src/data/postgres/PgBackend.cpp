@@ -166,6 +166,7 @@ class PgBackend final : public Backend {
     // answer a sequence a trigger used on the way.
     std::string identity = IdentityColumnOfInsert(native);
     if (!identity.empty()) native += " RETURNING " + identity;
+    LockKeyAllocation(native);
 
     std::vector<std::optional<std::string>> texts;
     texts.reserve(params.size());
@@ -368,6 +369,23 @@ class PgBackend final : public Backend {
       it = identities_.emplace(table, column).first;
     }
     return it->second;
+  }
+
+  // The module numbers new rows max + 1 inside the save transaction
+  // (NextFreeIdAnagrafica, the cards' own numbering). SQLite lets one writer
+  // at a time in; here two saves would read the same max, and the second
+  // would fail on the key. So a query of a table's max inside a transaction
+  // first takes that table's advisory lock, held to the end of the
+  // transaction: the next one waits, then reads the max the first wrote.
+  void LockKeyAllocation(const std::string& sql) {
+    if (!inTransaction_ || !text::StartsWithNoCase(sql, "SELECT max(") || sql.find(" JOIN ") != std::string::npos)
+      return;
+    std::size_t from = sql.find(" FROM \"");
+    if (from == std::string::npos) return;
+    std::size_t start = from + 7, end = sql.find('"', start);
+    if (end == std::string::npos) return;
+    std::string table = sql.substr(start, end - start);
+    Exec("SELECT pg_advisory_xact_lock(7202, hashtext($1))", {table.c_str()});
   }
 
   void ForgetCatalog() {
