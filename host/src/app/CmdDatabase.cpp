@@ -24,7 +24,9 @@ void AddInitCommand(CLI::App& app) {
   cmd->add_option("DB", *path, "File del database")->required();
   cmd->callback([demo, path] {
     std::filesystem::path p(*path);
-    if (p.has_parent_path()) std::filesystem::create_directories(p.parent_path());
+    // A server's address names no folder to make.
+    if (p.has_parent_path() && path->find("://") == std::string::npos)
+      std::filesystem::create_directories(p.parent_path());
     auto connection = OpenDatabase(*path);
     int applied = InitDatabase(*connection, *demo);
     std::cout << *path << ": " << applied << " file di schema applicati"

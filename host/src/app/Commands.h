@@ -10,6 +10,7 @@ namespace corvina20::app {
 // var/demo.db.
 std::string DefaultDatabase();
 
+void AddCopyCommand(CLI::App& app);
 void AddInitCommand(CLI::App& app);
 void AddItemsCommand(CLI::App& app);
 void AddParamsCommand(CLI::App& app);

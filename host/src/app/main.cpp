@@ -9,6 +9,7 @@
 int main(int argc, char** argv) {
   CLI::App app{"corvina: host of the Vantor20 master-data module"};
   app.require_subcommand(1);
+  corvina20::app::AddCopyCommand(app);
   corvina20::app::AddInitCommand(app);
   corvina20::app::AddItemsCommand(app);
   corvina20::app::AddParamsCommand(app);

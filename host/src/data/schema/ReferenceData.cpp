@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/Text.h"
 #include "core/Tsv.h"
 #include "corvina20/Error.h"
 
@@ -24,6 +25,12 @@ const std::vector<ReferenceTable>& Tables() {
 }
 
 }  // namespace
+
+bool IsReferenceTable(std::string_view table) {
+  for (const ReferenceTable& t : Tables())
+    if (text::EqualsNoCase(t.table, table)) return true;
+  return false;
+}
 
 int FillReferenceTables(Connection& connection) {
   int written = 0;

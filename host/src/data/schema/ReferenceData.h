@@ -16,4 +16,7 @@ namespace corvina20::data {
 // nothing is written then.
 int FillReferenceTables(Connection& connection);
 
+// True for a table FillReferenceTables fills (case-insensitive name).
+bool IsReferenceTable(std::string_view table);
+
 }  // namespace corvina20::data

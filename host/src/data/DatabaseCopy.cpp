@@ -1,0 +1,93 @@
+// See DatabaseCopy.h. The copy runs in native SQL on both sides (the tables
+// and columns are the schema's, whatever the backend): every column the
+// source row has is written, bound, never spliced into the text.
+#include "data/DatabaseCopy.h"
+
+#include "core/Text.h"
+#include "corvina20/Error.h"
+#include "data/Backend.h"
+#include "data/Database.h"
+#include "corvina20/MervoStatus.h"
+#include "data/schema/ReferenceData.h"
+#include "data/schema/Schema.h"
+
+namespace corvina20 {
+namespace {
+
+constexpr const char* kSource = "Corvina20.Copy";
+
+// The schema's tables in the order they were created (a table's references
+// are created before it), without the host's own bookkeeping.
+std::vector<std::string> SchemaTables(data::Backend& backend) {
+  const char* sql = backend.Dialect() == data::SqlDialect::Postgres
+                        ? "SELECT c.relname FROM pg_class c WHERE c.relkind = 'r' AND "
+                          "c.relnamespace = current_schema()::regnamespace ORDER BY c.oid"
+                        : "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%' "
+                          "ORDER BY rowid";
+  std::vector<std::string> tables;
+  for (const auto& row : backend.Run(sql, {}).rows) {
+    std::string name = row[0].ToString();
+    if (!text::EqualsNoCase(name, "CORSchemaVersioni")) tables.push_back(name);
+  }
+  return tables;
+}
+
+// A name quoted for `backend`: folded to lower case on PostgreSQL, where the
+// schema's names are.
+std::string Quote(const data::Backend& backend, std::string_view name) {
+  std::string folded = backend.Dialect() == data::SqlDialect::Postgres ? text::Lower(name) : std::string(name);
+  std::string out = "\"";
+  for (char c : folded) {
+    if (c == '"') out += '"';
+    out += c;
+  }
+  return out + "\"";
+}
+
+long CountRows(data::Backend& backend, const std::string& table) {
+  return backend.Run("SELECT COUNT(*) FROM " + Quote(backend, table), {}).rows[0][0].ToLong();
+}
+
+}  // namespace
+
+std::vector<TableCopy> CopyDatabase(Connection& source, Connection& target,
+                                    const std::function<void(const TableCopy&)>& progress) {
+  data::ApplySchema(target, DataDirectory() + "/schema");
+  data::Backend& from = source.Backend();
+  data::Backend& to = target.Backend();
+  std::vector<TableCopy> result;
+  for (const std::string& table : SchemaTables(to)) {
+    if (!source.TableExists(table)) continue;
+    // A reference table that init filled takes the source's rows instead:
+    // the company may have changed them.
+    if (data::IsReferenceTable(table)) to.Run("DELETE FROM " + Quote(to, table), {});
+    if (CountRows(to, table) != 0)
+      throw Error(kErrDatabase, kSource, "La tabella " + table + " del database di destinazione non è vuota");
+    data::ResultSet rows = from.Run("SELECT * FROM " + Quote(from, table), {});
+    TableCopy copy{table, static_cast<long>(rows.rows.size()), 0};
+    if (!rows.rows.empty()) {
+      std::string columns, marks;
+      for (const data::ResultColumn& c : rows.columns) {
+        columns += (columns.empty() ? "" : ", ") + Quote(to, c.name);
+        marks += marks.empty() ? "?" : ", ?";
+      }
+      const std::string insert = "INSERT INTO " + Quote(to, table) + " (" + columns + ") VALUES (" + marks + ")";
+      target.BeginTrans();
+      try {
+        for (const auto& row : rows.rows) to.Run(insert, row);
+        target.CommitTrans();
+      } catch (...) {
+        target.RollbackTrans();
+        throw;
+      }
+    }
+    copy.targetRows = CountRows(to, table);
+    if (progress) progress(copy);
+    result.push_back(copy);
+  }
+  // The target's own indexes (full text, list search) from the rows copied.
+  InitDatabase(target, false);
+  return result;
+}
+
+}  // namespace corvina20
