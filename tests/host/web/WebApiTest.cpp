@@ -181,6 +181,7 @@ TEST_F(WebApi, TheListSearchFindsWhatThePlainSearchFinds) {
       {17, "Οδός Ταχεία", "", "Atene", "", 1},
       {18, "Città Vecchia (non vettore)", "", "Bergamo", "", 0},
       {4242, "Nessun Numero", "", "Udine", "", 1},
+      {20, "Il \"Faro\" * Trasporti", "", "Ancona", "", 1},
   };
   for (const Row& r : rows)
     db->Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, PartitaIva, Citta, Telefono, Vettore) "
@@ -213,10 +214,11 @@ TEST_F(WebApi, TheListSearchFindsWhatThePlainSearchFinds) {
   };
   const std::vector<std::string> searches = {
       "città", "CITTÀ", "citta", "100%", "a_b", "[blu]", "ΔΌΣ", "5 123", "2345678", "bergamo", "4242",
-      "nessun", "zz", "ci", "nessunoqui", "0"};
+      "nessun", "zz", "ci", "nessunoqui", "0", "\"faro\" *", "o\" "};
   for (const auto& s : searches) EXPECT_EQ(listed(s), plain(s)) << s;
   EXPECT_EQ(listed("città"), (std::vector<long>{11, 12, 16}));  // accents count, case does not
   EXPECT_EQ(listed("4242"), (std::vector<long>{4242}));         // the key, though no column holds it
+  EXPECT_EQ(listed("\"faro\" *"), (std::vector<long>{20}));      // quotes and stars are text
 
   // The index follows the rows: a renamed, a deleted and a new carrier.
   db->Execute("UPDATE STDAnagrafiche SET RagioneSociale = 'Autolinee Rossi' WHERE IdAnagrafica = 13");
