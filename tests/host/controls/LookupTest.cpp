@@ -5,6 +5,7 @@
 
 #include "corvina20/Error.h"
 #include "corvina20/VxCode.h"
+#include "data/Backend.h"
 #include "data/Database.h"
 #include "support/TestSupport.h"
 
@@ -75,6 +76,27 @@ TEST(TypedCodes, AColumnOfCodesTakesOnlyCodesOfItsLookupStillValid) {
   EXPECT_EQ(refusal(nations, "", "XQ"), "Valore non valido: la nazione «XQ» non esiste o non è più valida");
   EXPECT_EQ(refusal(nations, "Naz.", "si"), "accepted");
   EXPECT_EQ(CheckTypedCode(c, nations, "Naz.", Variant("si")).ToString(), "SI");
+}
+
+// The demo data holds only codes its columns of codes accept: a demo card
+// edited and saved never meets a refusal of a value it did not type.
+TEST(TypedCodes, TheDemoDataHoldsOnlyCodesOfTheLookups) {
+  if (OnPostgres()) GTEST_SKIP() << "the same demo data; the tables are listed from SQLite's catalogue";
+  TestDatabase db(true);
+  data::Backend& backend = db.connection->Backend();
+  std::size_t checked = 0;
+  for (const auto& table : backend.Run("SELECT name FROM sqlite_master WHERE type = 'table'", {}).rows)
+    for (const auto& column : backend.Columns(table[0].ToString())) {
+      const LookupDefinition* def = LookupOfColumn(column.name);
+      if (!def) continue;
+      const std::string t = table[0].ToString(), c = column.name;
+      auto wrong = backend.Run("SELECT DISTINCT \"" + c + "\" FROM \"" + t + "\" WHERE TRIM(\"" + c + "\") <> '' AND \"" + c +
+                                   "\" NOT IN (SELECT " + def->codeField + " FROM " + def->table + ")",
+                               {});
+      for (const auto& row : wrong.rows) ADD_FAILURE() << t << "." << c << ": " << row[0].ToString();
+      checked += QueryLong(db.connection, "SELECT COUNT(*) FROM " + t + " WHERE " + c + " IS NOT NULL") > 0;
+    }
+  EXPECT_GE(checked, 8u);  // parties, addresses, banks, leads, bank branches…
 }
 
 }  // namespace
