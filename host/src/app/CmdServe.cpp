@@ -52,9 +52,12 @@ void AddServeCommand(CLI::App& app) {
     if (remote && !*tlsProxy)
       std::cerr << "corvina: ATTENZIONE: " << options.host << " è raggiungibile da altre macchine e il server "
                 << "parla HTTP in chiaro: metterlo dietro un proxy TLS e avviarlo con --tls-proxy\n";
+    // A file made here gets the demo data; a server's database (an address)
+    // is made by its administrator and never filled with them unasked.
     std::filesystem::path p(*db);
-    bool fresh = !std::filesystem::exists(p);
-    if (p.has_parent_path()) std::filesystem::create_directories(p.parent_path());
+    const bool server = db->find("://") != std::string::npos;
+    bool fresh = !server && !std::filesystem::exists(p);
+    if (!server && p.has_parent_path()) std::filesystem::create_directories(p.parent_path());
     {
       auto connection = OpenDatabase(*db);
       InitDatabase(*connection, fresh);
