@@ -75,6 +75,13 @@ constexpr std::string_view kSectors[] = {
     "Termoidraulica", "Elettronica", "Automazioni", "Verniciature", "Minuterie", "Stampi",
     "Plastica", "Metalli", "Marmi", "Vetreria", "Calzature", "Pelletteria", "Gioielleria",
     "Distribuzione", "Ingrosso", "Commerciale", "Agricola"};
+// More given names, for registers whose names are to be as varied as real ones.
+constexpr std::string_view kMoreFirstNames[] = {
+    "Alberto", "Angelo", "Bruno", "Claudio", "Daniele", "Emanuele", "Enrico", "Fabio", "Federico",
+    "Filippo", "Gabriele", "Giacomo", "Gianluca", "Giorgio", "Lorenzo", "Massimo", "Maurizio", "Michele",
+    "Pietro", "Raffaele", "Riccardo", "Salvatore", "Tommaso", "Umberto", "Vincenzo", "Alessia", "Angela",
+    "Beatrice", "Camilla", "Carla", "Daniela", "Eleonora", "Emma", "Giorgia", "Irene", "Marta",
+    "Martina", "Michela", "Nadia", "Patrizia", "Roberta", "Sofia", "Stefania", "Veronica", "Vittoria"};
 constexpr std::string_view kFancy[] = {
     "Aurora", "Delta", "Alfa", "Omega", "Stella", "Sole", "Europa", "Adriatica", "Tirrena",
     "Alpina", "Futura", "Globo", "Zenit", "Orione", "Pegaso", "Fenice", "Atlante", "Vega",
@@ -158,7 +165,35 @@ std::string SyntheticSurname(Random& r) {
          std::string(kSuffixes[r.Skewed(std::size(kSuffixes), 1.4)]);
 }
 
-std::string Surname(Random& r, bool wide) {
+// The sparse tail: kSparseTailSize surnames, each a prefix, two syllables
+// and a suffix drawn once (a seed of its own) from a grid of 50 x 4,900 x 20
+// combinations, so that only a few of them lie one letter from another, as
+// with real surnames. The grids of SyntheticSurname and of the wide tail
+// use every combination of a few syllables instead: "Dalnaini", "Dalneini",
+// "Dalnoini" all exist, and a letter dropped from one is one edit from all.
+constexpr std::size_t kSparseTailSize = 40000;
+
+const std::vector<std::string>& SparseTail() {
+  static const std::vector<std::string> tail = [] {
+    constexpr std::string_view kConsonants = "bcdfglmnprstvz";
+    constexpr std::string_view kVowels = "aeiou";
+    Random r(0x7a11);
+    std::vector<std::string> out;
+    out.reserve(kSparseTailSize);
+    while (out.size() < kSparseTailSize) {
+      std::string s(kPrefixes[r.Skewed(std::size(kPrefixes), 1.3)]);
+      for (int k = 0; k < 2; ++k) {
+        s += kConsonants[r.Below(kConsonants.size())];
+        s += kVowels[r.Below(kVowels.size())];
+      }
+      out.push_back(s + std::string(kSuffixes[r.Skewed(std::size(kSuffixes), 1.2)]));
+    }
+    return out;
+  }();
+  return tail;
+}
+
+std::string DrawSurname(Random& r, bool wide) {
   if (!wide) {
     if (r.Chance(0.3)) return std::string(kCommonSurnames[r.Skewed(std::size(kCommonSurnames), 1.5)]);
     return SyntheticSurname(r);
@@ -168,6 +203,12 @@ std::string Surname(Random& r, bool wide) {
   if (x < 0.35) return SyntheticSurname(r);
   return std::string(kPrefixes[r.Skewed(std::size(kPrefixes), 1.3)]) + std::string(r.Pick(kMiddles)) +
          std::string(kSuffixes[r.Skewed(std::size(kSuffixes), 1.2)]);
+}
+
+std::string Surname(Random& r, bool wide, bool sparse) {
+  if (!sparse) return DrawSurname(r, wide);
+  if (r.Chance(0.15)) return std::string(kCommonSurnames[r.Skewed(std::size(kCommonSurnames), 1.5)]);
+  return SparseTail()[r.Below(SparseTail().size())];
 }
 
 const Town& PickTown(Random& r) {
@@ -356,11 +397,14 @@ std::pair<std::string, std::string> Rewrite(Random& r, const std::string& name) 
   return {Upper(name), "maiuscole"};
 }
 
-Party Original(Random& r, std::int32_t id, bool wideSurnames) {
+Party Original(Random& r, std::int32_t id, const GeneratorOptions& options) {
   Party p;
   p.id = id;
   const Town& town = PickTown(r);
-  std::string surname = Surname(r, wideSurnames);
+  std::string surname = Surname(r, options.wideSurnames, options.sparseNames);
+  auto firstName = [&] {
+    return std::string(options.sparseNames && r.Chance(0.5) ? r.Pick(kMoreFirstNames) : r.Pick(kFirstNames));
+  };
   bool person = false;
   std::string first;
   double x = r.Unit();
@@ -372,11 +416,11 @@ Party Original(Random& r, std::int32_t id, bool wideSurnames) {
     p.ragioneSociale = std::string(r.Pick(kFancy)) + " " + std::string(kSectors[r.Skewed(std::size(kSectors), 1.8)]) +
                        " " + LegalForm(r);
   } else if (x < 0.80) {
-    first = std::string(r.Pick(kFirstNames));
+    first = firstName();
     p.ragioneSociale = surname + " " + first;
     person = true;
   } else if (x < 0.90) {
-    first = std::string(r.Pick(kFirstNames));
+    first = firstName();
     p.ragioneSociale = std::string(kSectors[r.Skewed(std::size(kSectors), 1.8)]) + " " + std::string(r.Pick(kFancy)) +
                        " di " + surname + " " + first + " & C. " + (r.Chance(0.5) ? "Snc" : "Sas");
   } else if (x < 0.95) {
@@ -432,12 +476,12 @@ std::vector<Party> GenerateParties(std::size_t count, const GeneratorOptions& op
       std::tie(d.ragioneSociale, d.variant) = Rewrite(r, source->ragioneSociale);
       out.push_back(std::move(d));
     } else {
-      Party p = Original(r, id, options.wideSurnames);
+      Party p = Original(r, id, options);
       // Drawn again while the name is taken; a few hundred misses in a row
       // would mean the names are used up, and the name is kept.
       for (int attempt = 0; options.distinctNames && attempt < 500 && !names.insert(NameKey(p.ragioneSociale)).second;
            ++attempt)
-        p = Original(r, id, options.wideSurnames);
+        p = Original(r, id, options);
       ++id;
       out.push_back(std::move(p));
     }

@@ -42,6 +42,13 @@ struct GeneratorOptions {
   // then a planted duplicate, and a duplicate search can be scored against
   // them alone.
   bool distinctNames = false;
+  // Names as varied as a real register's: surnames from a tail of 40,000
+  // drawn once from a grid far larger, so that few lie one letter from
+  // another (the grids of the other options fill every combination of a
+  // few syllables: most of their surnames have several others one letter
+  // away, which real ones seldom have), and given names from a longer list.
+  // What a typo-tolerant search is scored against. Overrides wideSurnames.
+  bool sparseNames = false;
 };
 
 // `count` parties with ids firstId, firstId + 1, … A planted duplicate

@@ -51,6 +51,14 @@ TEST(FullTextTokenizer, TermsAreTheThesaurusFormStemmedTheSameForEveryInflection
   EXPECT_EQ(DistinctTerms("Trasporti Ceramiche Costruzioni Alberghi Rossa"),
             DistinctTerms("Trasporto Ceramica Costruzione Albergo Rosso"));
   EXPECT_EQ(DistinctTerms("Trasporti"), (Terms{"trasport"}));
+  EXPECT_EQ(DistinctTerms("Servizio Negozio Bianco Farmacia"), DistinctTerms("Servizi Negozi Bianchi Farmacie"));
+  // Inflection only: derivational endings stay, so surnames keep their
+  // letters and given names stay apart.
+  EXPECT_EQ(DistinctTerms("Calotanti Informatica"), (Terms{"calotant", "informatic"}));
+  EXPECT_NE(DistinctTerms("Luca"), DistinctTerms("Lucia"));
+  EXPECT_NE(DistinctTerms("Elettronica"), DistinctTerms("Elettrica"));
+  // Short words and words ending in a consonant are kept whole.
+  EXPECT_EQ(DistinctTerms("via di spa Group"), (Terms{"via", "di", "spa", "group"}));
   // The thesaurus's groups (data/thesaurus.tsv), before stemming.
   EXPECT_EQ(DistinctTerms("F.lli Neri & C. s.n.c."), DistinctTerms("Fratelli Neri e Compagnia snc"));
   EXPECT_EQ(DistinctTerms("Soc. Coop. P.zza V.le C.so"),

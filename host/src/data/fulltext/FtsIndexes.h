@@ -10,8 +10,9 @@ namespace corvina20::data::fulltext {
 // Bumped whenever the tokenizer or the tables of an index change: indexes
 // built by another version are rebuilt.
 // 2: a change log for the connections' mirrors instead of a table of term
-// frequencies. 3: terms through the thesaurus and stemmed.
-inline constexpr int kIndexVersion = 3;
+// frequencies. 3: terms through the thesaurus and stemmed. 4: stems undo
+// inflection only.
+inline constexpr int kIndexVersion = 4;
 
 // What CORFullText.Versione records for an index built now: kIndexVersion
 // and the thesaurus's checksum, so that an index built with another

@@ -1,11 +1,15 @@
-// Thesaurus and stemming of index terms; see FtsWords.h. The stemmer is
-// Snowball's Italian one (libstemmer); one instance per thread, since a
-// stemmer keeps its state between calls. Each thread also remembers the
-// terms of the words it has seen: loading a million rows into a mirror
-// stems a few million words drawn from a vocabulary of some tens of thousands.
+// Thesaurus and stemming of index terms; see FtsWords.h. The stemmer only
+// undoes inflection (number and gender), by the rules below; each thread
+// remembers the terms of the words it has seen: loading a million rows into
+// a mirror stems a few million words drawn from a vocabulary of some tens of
+// thousands.
+//
+// Why not a full Italian stemmer: one that also drops derivational endings
+// (-anti, -ismo, -ico, -mente …) cuts surnames down to a few letters
+// ("Calotanti" to "calot") and makes one term of given names ("Luca",
+// "Lucia"): many names one typo apart, and duplicates found that are not.
+// Measured on the duplicates benchmark (docs/performance.md).
 #include "data/fulltext/FtsWords.h"
-
-#include <libstemmer.h>
 
 #include <cctype>
 #include <fstream>
@@ -33,9 +37,7 @@ std::uint32_t Checksum(std::string_view text) {
   return h;
 }
 
-struct StemmerDeleter {
-  void operator()(sb_stemmer* s) const { sb_stemmer_delete(s); }
-};
+bool IsVowel(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o'; }
 
 }  // namespace
 
@@ -92,13 +94,16 @@ const Thesaurus& LoadedThesaurus() {
 }
 
 std::string StemWord(std::string_view word) {
-  if (!IsLatinWord(word)) return std::string(word);
-  thread_local std::unique_ptr<sb_stemmer, StemmerDeleter> stemmer(sb_stemmer_new("italian", "UTF_8"));
-  if (!stemmer) throw Error(kErrHost, "Corvina20.FullText", "Stemmer italiano non disponibile");
-  const sb_symbol* stem =
-      sb_stemmer_stem(stemmer.get(), reinterpret_cast<const sb_symbol*>(word.data()), static_cast<int>(word.size()));
-  if (stem == nullptr) throw Error(kErrHost, "Corvina20.FullText", "Memoria insufficiente per lo stemmer");
-  return std::string(reinterpret_cast<const char*>(stem), static_cast<std::size_t>(sb_stemmer_length(stemmer.get())));
+  // Four letters at least: "via", "di", "spa" and the like stay whole.
+  if (!IsLatinWord(word) || word.size() < 4 || !IsVowel(word.back())) return std::string(word);
+  std::string stem(word.substr(0, word.size() - 1));
+  // -io / -i: "servizio", "servizi"; "negozio", "negozi".
+  if (word.back() == 'o' && stem.back() == 'i' && stem.size() > 3) stem.pop_back();
+  // The h that keeps a c or g hard before e and i: "ceramiche" as "ceramica",
+  // "alberghi" as "albergo", "bianchi" as "bianco".
+  if (stem.size() > 3 && stem.back() == 'h' && (stem[stem.size() - 2] == 'c' || stem[stem.size() - 2] == 'g'))
+    stem.pop_back();
+  return stem;
 }
 
 std::string IndexTerm(std::string_view word) {

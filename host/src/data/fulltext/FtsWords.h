@@ -35,10 +35,12 @@ const Thesaurus& LoadedThesaurus();
 // REQUIRES: `word` folded by the tokenizer (ASCII lower case when Latin).
 std::string IndexTerm(std::string_view word);
 
-// The Italian stem of a folded word (Snowball's Italian stemmer): the
-// endings of number and gender and the common derivational ones dropped
-// ("trasporti", "trasporto" give "trasport"). `word` itself when it holds
-// anything but the letters a-z.
+// The stem of a folded Italian word with its inflection undone: the final
+// vowel dropped (number and gender: "trasporti", "trasporto" give
+// "trasport"; "rossa", "rosse" give "ross"), the i of -io ("servizio" as
+// "servizi") and the h of -che, -chi, -ghe, -ghi ("ceramiche" as "ceramica")
+// with it. Derivational endings stay. `word` itself when it is shorter than
+// four letters, ends in a consonant or holds anything but the letters a-z.
 std::string StemWord(std::string_view word);
 
 }  // namespace corvina20::data::fulltext
