@@ -50,6 +50,12 @@ try {
   await page.waitForSelector('.panel:not([hidden]) .grid tbody tr');
   await page.click('.panel:not([hidden]) .grid tbody tr:first-child td:nth-child(3)');
   await shot('activity-grid.png');
+
+  await page.click('.menu-item[data-item="AnagraficaClienti"]');
+  await page.waitForSelector('.panel:not([hidden]) .record-list tbody tr[data-key]');
+  await page.evaluate(() => document.activeElement.blur());
+  await page.mouse.move(900, 700);
+  await shot('record-list.png');
 } finally {
   await browser.close();
   await server.stop();
