@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "corvina20/Variant.h"
@@ -59,6 +60,12 @@ class Backend {
 
   // The columns of a table (case-insensitive name); empty when it does not exist.
   virtual std::vector<TableColumn> Columns(std::string_view table) = 0;
+
+  // For a backend whose translator leaves FREETEXTTABLE to the host
+  // (PostgreSQL): the rows of table.column sharing a word with `text`, as
+  // (KEY, RANK), RANK at least `minRank`. The default throws kErrDatabase.
+  virtual std::vector<std::pair<std::int64_t, int>> FreeText(const std::string& table, const std::string& column,
+                                                             const std::string& text, int minRank);
 };
 
 }  // namespace corvina20::data

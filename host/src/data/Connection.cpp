@@ -3,6 +3,7 @@
 // from one table with its whole key, how to write back.
 #include "corvina20/Connection.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <map>
@@ -41,8 +42,31 @@ struct Connection::Impl {
                                });
   }
 
+  // FREETEXTTABLE left to the host: each search's KEY and RANK rows into its
+  // temporary table, which the statements join.
+  void FillFreeTextTables(const data::TranslatedSql& sql) {
+    for (const auto& call : sql.freeTexts) {
+      const std::string table = "\"" + call.workTable + "\"";
+      backend->Run("CREATE TEMPORARY TABLE IF NOT EXISTS " + table + " (\"key\" integer, \"rank\" integer)", {});
+      backend->Run("DELETE FROM " + table, {});
+      auto rows = backend->FreeText(call.table, call.column, call.text, call.minRank);
+      constexpr std::size_t kBatch = 500;
+      for (std::size_t from = 0; from < rows.size(); from += kBatch) {
+        std::string insert = "INSERT INTO " + table + " (\"key\", \"rank\") VALUES ";
+        std::vector<Variant> values;
+        for (std::size_t i = from; i < std::min(rows.size(), from + kBatch); ++i) {
+          insert += i == from ? "(?, ?)" : ", (?, ?)";
+          values.emplace_back(static_cast<std::int32_t>(rows[i].first));
+          values.emplace_back(static_cast<std::int32_t>(rows[i].second));
+        }
+        backend->Run(insert, values);
+      }
+    }
+  }
+
   // Runs the translated statements, binding `params` across them in order.
   data::ResultSet RunAll(const data::TranslatedSql& sql, const std::vector<Variant>& params) {
+    FillFreeTextTables(sql);
     data::ResultSet last;
     std::size_t next = 0;
     for (const std::string& statement : sql.statements) {

@@ -5,6 +5,7 @@
 #include "data/Backend.h"
 #include "data/fulltext/FtsIndexes.h"
 #include "data/postgres/PgBackend.h"
+#include "data/postgres/PgFullText.h"
 #include "data/listsearch/ListSearchIndex.h"
 #include "data/schema/ReferenceData.h"
 #include "data/schema/Schema.h"
@@ -29,7 +30,8 @@ ConnectionPtr OpenDatabase(const std::string& location) {
 int InitDatabase(Connection& connection, bool demo) {
   int applied = data::ApplySchema(connection, DataDirectory() + "/schema");
   if (connection.Backend().Dialect() == data::SqlDialect::Postgres) {
-    // Made with the collation from the start; full text comes later there.
+    // Made with the collation from the start.
+    data::pg::EnsureFullTextIndexes(connection);
     data::FillReferenceTables(connection);
     if (demo) LoadDemoDataWhenEmpty(connection);
     return applied;

@@ -16,22 +16,6 @@ namespace {
 
 constexpr const char* kSource = "Corvina20.Copy";
 
-// The schema's tables in the order they were created (a table's references
-// are created before it), without the host's own bookkeeping.
-std::vector<std::string> SchemaTables(data::Backend& backend) {
-  const char* sql = backend.Dialect() == data::SqlDialect::Postgres
-                        ? "SELECT c.relname FROM pg_class c WHERE c.relkind = 'r' AND "
-                          "c.relnamespace = current_schema()::regnamespace ORDER BY c.oid"
-                        : "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite%' "
-                          "ORDER BY rowid";
-  std::vector<std::string> tables;
-  for (const auto& row : backend.Run(sql, {}).rows) {
-    std::string name = row[0].ToString();
-    if (!text::EqualsNoCase(name, "CORSchemaVersioni")) tables.push_back(name);
-  }
-  return tables;
-}
-
 // A name quoted for `backend`: folded to lower case on PostgreSQL, where the
 // schema's names are.
 std::string Quote(const data::Backend& backend, std::string_view name) {
@@ -56,7 +40,8 @@ std::vector<TableCopy> CopyDatabase(Connection& source, Connection& target,
   data::Backend& from = source.Backend();
   data::Backend& to = target.Backend();
   std::vector<TableCopy> result;
-  for (const std::string& table : SchemaTables(to)) {
+  for (const std::string& table : data::SchemaTables(DataDirectory() + "/schema")) {
+    if (text::EqualsNoCase(table, "CORSchemaVersioni")) continue;
     if (!source.TableExists(table)) continue;
     // A reference table that init filled takes the source's rows instead:
     // the company may have changed them.

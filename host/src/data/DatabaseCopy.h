@@ -17,7 +17,8 @@ struct TableCopy {
 };
 
 // Brings `target` to the schema (data/schema) and copies into it every table
-// of the schema that `source` holds, rows and keys as they are (IDENTITY keys
+// of the schema files (not the host's indexes, which the target makes from
+// the rows) that `source` holds, rows and keys as they are (IDENTITY keys
 // included; the target's numbering continues after them), in the order the
 // schema creates the tables, so that a row's references land before it. Each
 // table is copied in one transaction. The target's tables must be empty (a

@@ -172,7 +172,10 @@ TEST_F(ContactCard, MergingASelectedDuplicateFoldsItsCrmDataInOneTransaction) {
   ASSERT_EQ(doppie.RowCount(), 1);
   doppie.Select({0});
 
-  // A statement that fails half-way leaves nothing of the merge behind.
+  // A statement that fails half-way leaves nothing of the merge behind. The
+  // failure is an SQLite trigger, its message SQLite's (CrmMerge checks the
+  // same on every backend).
+  if (OnPostgres()) GTEST_SKIP() << "the failure is made by an SQLite trigger";
   db->ExecuteNative("CREATE TRIGGER blocca BEFORE UPDATE ON CRMCalendarEventsSTO "
                     "BEGIN SELECT RAISE(ABORT, 'storico bloccato'); END");
   harness.dialog->ExpectText(

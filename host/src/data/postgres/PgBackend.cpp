@@ -17,6 +17,7 @@
 #include "core/Text.h"
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
+#include "data/postgres/PgFullText.h"
 #include "data/postgres/PgHostObjects.h"
 
 namespace corvina20::data {
@@ -144,7 +145,7 @@ struct CatalogColumn {
 
 class PgBackend final : public Backend {
  public:
-  explicit PgBackend(const std::string& uri) {
+  explicit PgBackend(const std::string& uri) : database_(uri) {
     conn_ = PQconnectdb(uri.c_str());
     if (PQstatus(conn_) != CONNECTION_OK) {
       std::string msg = PQerrorMessage(conn_);
@@ -155,7 +156,10 @@ class PgBackend final : public Backend {
     PQsetNoticeProcessor(conn_, [](void*, const char*) {}, nullptr);
     RunScript("SET client_encoding = 'UTF8'; SET DateStyle = 'ISO, YMD'; SET client_min_messages = warning");
   }
-  ~PgBackend() override { PQfinish(conn_); }
+  ~PgBackend() override {
+    fullText_.reset();
+    PQfinish(conn_);
+  }
 
   SqlDialect Dialect() const override { return SqlDialect::Postgres; }
   std::string Name() const override { return "postgres"; }
@@ -250,6 +254,13 @@ class PgBackend final : public Backend {
   }
 
   std::int64_t LastInsertId() override { return lastInsertId_; }
+
+  std::vector<std::pair<std::int64_t, int>> FreeText(const std::string& table, const std::string& column,
+                                                     const std::string& text, int minRank) override {
+    if (!fullText_)
+      fullText_ = std::make_unique<pg::FullTextSearch>(*this, database_, [this] { return inTransaction_; });
+    return fullText_->Search(table, column, text, minRank);
+  }
 
   // Temporary tables (work tables) come first, as the server resolves names.
   std::vector<TableColumn> Columns(std::string_view table) override {
@@ -394,6 +405,8 @@ class PgBackend final : public Backend {
   }
 
   PGconn* conn_ = nullptr;
+  std::string database_;  // names the database for the mirrors the process's connections share
+  std::unique_ptr<pg::FullTextSearch> fullText_;
   bool inTransaction_ = false;
   std::int64_t lastInsertId_ = 0;
   std::map<std::pair<Oid, int>, CatalogColumn> origins_;

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "core/Text.h"
 #include "corvina20/Error.h"
 #include "data/Backend.h"
 #include "data/postgres/PgHostObjects.h"
@@ -120,6 +121,22 @@ int ApplySchema(Connection& connection, const std::string& schemaDir) {
     ++count;
   }
   return count;
+}
+
+std::vector<std::string> SchemaTables(const std::string& schemaDir) {
+  std::vector<std::string> tables;
+  for (const auto& path : ListFiles(schemaDir, std::regex(R"([0-9]{3}_.*\.sql)"), "dello schema")) {
+    for (const std::string& statement : ConvertDdlStatementsForSqlite(ReadFile(path))) {
+      std::istringstream words(statement);
+      std::string verb, what, name;
+      words >> verb >> what >> name;
+      if (what != "TABLE") continue;
+      if (verb == "CREATE") tables.push_back(name);
+      if (verb == "DROP")
+        std::erase_if(tables, [&](const std::string& t) { return text::EqualsNoCase(t, name); });
+    }
+  }
+  return tables;
 }
 
 void LoadDemoData(Connection& connection, const std::string& demoDir) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "corvina20/Connection.h"
 
@@ -14,6 +15,11 @@ namespace corvina20::data {
 // records it. Returns how many files were applied (0 when up to date).
 // Throws corvina20::Error on a failing file; the files before it stay applied.
 int ApplySchema(Connection& connection, const std::string& schemaDir);
+
+// The tables the schema files of `schemaDir` leave, in the order they create
+// them (a table dropped by a later file is left out), names as written.
+// Throws as ApplySchema when a file cannot be read or converted.
+std::vector<std::string> SchemaTables(const std::string& schemaDir);
 
 // Loads data/demo/*.sql in order (plain INSERTs) in one transaction.
 void LoadDemoData(Connection& connection, const std::string& demoDir);

@@ -86,6 +86,7 @@ std::vector<std::string> Emitter::Emit(const Statement& s) {
   out_.clear();
   numericParams_.clear();
   numericParamExprs_.clear();
+  freeTexts_.clear();
   switch (s.kind) {
     case StatementKind::Select:
       if (!s.select->cores[0].into.empty()) return EmitSelectInto(s);

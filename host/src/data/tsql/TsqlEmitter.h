@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "data/tsql/TsqlAst.h"
+#include "data/tsql/TsqlTranslator.h"
 
 namespace corvina20::data::tsql {
 
@@ -27,6 +28,8 @@ class Emitter {
   // For each "?" of the last Emit, in order: whether it is compared with a
   // column or expression of a number type (=, <>, <, >…).
   const std::vector<bool>& NumericParams() const { return numericParams_; }
+  // The FREETEXTTABLE calls the last Emit left to the host, in order.
+  const std::vector<TranslatedSql::FreeTextCall>& FreeTextCalls() const { return freeTexts_; }
 
  protected:
   // Shared walk; everything appends to out_.
@@ -86,6 +89,7 @@ class Emitter {
   void WriteUpdateAsFrom(const Statement& s);
 
   std::string out_;
+  std::vector<TranslatedSql::FreeTextCall> freeTexts_;
 
  private:
   std::vector<std::string> EmitSelectInto(const Statement& s);

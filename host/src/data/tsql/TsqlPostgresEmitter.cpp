@@ -176,8 +176,14 @@ class PostgresEmitter final : public Emitter {
     if (IsTextType(column.type)) Put(TextCollationClause());
   }
 
-  void WriteFreeText(const FreeTextSource&, int, bool) override {
-    ThrowUnsupported("FREETEXTTABLE su PostgreSQL");
+  // The host evaluates the search before the statement (PgFullText.h) into
+  // a temporary table of KEY and RANK; the statement reads that table.
+  void WriteFreeText(const FreeTextSource& source, int minRank, bool) override {
+    TranslatedSql::FreeTextCall call{source.table.text, source.column.text, source.text, minRank, ""};
+    // Numbered across the statements of one text: all are evaluated first.
+    call.workTable = "corvina_ft_" + std::to_string(++freeTextCount_);
+    Put(call.workTable);
+    freeTexts_.push_back(std::move(call));
   }
 
   std::string TextCollationClause() const override {
@@ -204,6 +210,8 @@ class PostgresEmitter final : public Emitter {
   }
 
  private:
+  int freeTextCount_ = 0;
+
   void Plain(std::string_view name, const Expr& call) {
     Put(name);
     Put(call.distinct ? "(DISTINCT " : "(");

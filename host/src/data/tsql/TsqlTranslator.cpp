@@ -31,6 +31,8 @@ TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const Col
     for (std::string& text : emitter->Emit(statement)) out.statements.push_back(std::move(text));
     const std::vector<bool>& numeric = emitter->NumericParams();
     out.numericParams.insert(out.numericParams.end(), numeric.begin(), numeric.end());
+    const auto& calls = emitter->FreeTextCalls();
+    out.freeTexts.insert(out.freeTexts.end(), calls.begin(), calls.end());
   }
   // The result is the last statement's: its column types, if it is a query.
   if (!statements.empty()) {

@@ -39,6 +39,15 @@ struct TranslatedSql {
   // false there on SQLite; PostgreSQL refuses it, so the Connection binds
   // NULL instead (the comparison is then false as well).
   std::vector<bool> numericParams;
+  // FREETEXTTABLE calls the host evaluates before the statements run
+  // (PostgreSQL): their KEY and RANK rows go into the temporary table
+  // `workTable` ("key" integer, "rank" integer), which the statements join.
+  struct FreeTextCall {
+    std::string table, column, text;
+    int minRank = 0;
+    std::string workTable;
+  };
+  std::vector<FreeTextCall> freeTexts;
 };
 
 // Translates `tsql` (one or more statements) for `dialect`; docs/translator.md

@@ -1,0 +1,82 @@
+// FREETEXTTABLE on PostgreSQL gives the rows and the ranks SQLite gives, on
+// the same data: the demo register, then parties added (committed, and
+// inside an open transaction, seen by that connection only).
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "corvina20/Recordset.h"
+#include "data/Database.h"
+#include "support/TestSupport.h"
+
+namespace corvina20::test {
+namespace {
+
+std::vector<std::string> Rows(Connection& db, const std::string& sql) {
+  std::vector<std::string> out;
+  auto rs = db.OpenRecordset(sql);
+  for (; !rs->IsEOF(); rs->MoveNext()) {
+    std::string row;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(rs->FieldCount()); ++i)
+      row += rs->Fields(i).Value().ToString() + "|";
+    out.push_back(row);
+  }
+  return out;
+}
+
+const char* kQueries[] = {
+    "SELECT t1.[KEY], t1.Rank FROM FREETEXTtable(STDAnagrafiche, RagioneSociale, 'Rossi Impianti') t1 "
+    "ORDER BY t1.Rank DESC, t1.[KEY]",
+    "SELECT TOP 5 A.IdAnagrafica, t1.Rank FROM STDAnagrafiche A INNER JOIN "
+    "FREETEXTtable(STDAnagrafiche, RagioneSociale, 'bianchi mario srl') t1 On A.IdAnagrafica = [KEY] "
+    "Where t1.Rank > 30 ORDER BY t1.Rank DESC, A.IdAnagrafica",
+    "SELECT A.IdAnagrafica, t1.Rank, t2.Rank FROM STDAnagrafiche A "
+    "INNER JOIN FREETEXTtable(STDAnagrafiche, RagioneSociale, 'Rosi') t1 On A.IdAnagrafica = [KEY] "
+    "INNER JOIN FREETEXTtable(STDAnagrafiche, Citta, 'Milano') t2 On A.IdAnagrafica = t2.[KEY] "
+    "ORDER BY A.IdAnagrafica",
+    "SELECT t1.[KEY], t1.Rank FROM FREETEXTtable(STDAnagrafiche, Indirizzo, 'via roma') t1 ORDER BY t1.[KEY]",
+};
+
+void ExpectSame(Connection& sqlite, Connection& postgres, const std::string& when) {
+  for (const char* q : kQueries) {
+    std::vector<std::string> expected = Rows(sqlite, q);
+    EXPECT_EQ(Rows(postgres, q), expected) << when << ": " << q;
+  }
+}
+
+void AddParty(Connection& db, int id, const std::string& name, const std::string& town) {
+  db.Execute("INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale, Citta, Indirizzo) VALUES (?, ?, ?, 'Via Roma 1')",
+             {Variant(id), Variant(name), Variant(town)});
+}
+
+TEST(PgFullText, SameRowsAndRanksAsSqlite) {
+  TempDir dir;
+  ConnectionPtr sqlite = OpenDatabase(dir.File("demo.db"));
+  InitDatabase(*sqlite, true);
+  TestDatabase postgres(true);
+  ASSERT_FALSE(Rows(*sqlite, kQueries[0]).empty());
+  ASSERT_FALSE(Rows(*sqlite, kQueries[2]).empty());
+  ExpectSame(*sqlite, *postgres.connection, "demo");
+
+  for (Connection* db : {sqlite.get(), postgres.connection.get()}) {
+    AddParty(*db, 900, "Rossi Impianti Elettrici", "Milano");
+    AddParty(*db, 901, "Rosi Mario", "Milano");
+  }
+  ExpectSame(*sqlite, *postgres.connection, "added");
+
+  for (Connection* db : {sqlite.get(), postgres.connection.get()}) {
+    db->BeginTrans();
+    AddParty(*db, 902, "Impianti Rossi & Figli", "Milano");
+    db->Execute("UPDATE STDAnagrafiche SET RagioneSociale = 'Verdi Mario' WHERE IdAnagrafica = 901");
+  }
+  ExpectSame(*sqlite, *postgres.connection, "in a transaction");
+  // Another connection does not see what is not committed.
+  ConnectionPtr other = OpenDatabase(postgres.path);
+  EXPECT_EQ(Rows(*other, kQueries[0]).size() + 1, Rows(*postgres.connection, kQueries[0]).size());
+  for (Connection* db : {sqlite.get(), postgres.connection.get()}) db->RollbackTrans();
+  ExpectSame(*sqlite, *postgres.connection, "rolled back");
+}
+
+}  // namespace
+}  // namespace corvina20::test
