@@ -14,6 +14,7 @@
 #include "data/Backend.h"
 #include "data/Database.h"
 #include "data/fulltext/FtsShared.h"
+#include "data/fulltext/FtsWarm.h"
 
 namespace corvina20::test {
 namespace {
@@ -88,6 +89,20 @@ TEST(SharedMirror, SessionsShareOneCopyAndAWritersUncommittedRowsStayItsOwn) {
   for (auto& t : sessions) t.join();
   for (const auto& hits : found) EXPECT_EQ(hits, borea);  // the last round's
   EXPECT_EQ(shared->Loads(), 1);
+}
+
+TEST(SharedMirror, AServerMakesTheNamesAndTownsCopiesAheadAndTheFirstSearchFindsThemMade) {
+  FullTextDb db(50);
+  auto names = data::fulltext::SharedMirror::Of(db.Path(), "STDAnagrafiche", "RagioneSociale");
+  auto phones = data::fulltext::SharedMirror::Of(db.Path(), "STDAnagrafiche", "Telefono");
+  // The names and towns of the parties and of the leads.
+  EXPECT_EQ(data::fulltext::WarmFullText(db.Path()), 4);
+  EXPECT_EQ(names->Loads(), 1);
+  EXPECT_EQ(phones->Loads(), 0);  // made on its first search
+  const std::string name = db.Parties()[7].ragioneSociale;
+  EXPECT_EQ(db.Search(name, 1), db.RankAll(name, 1));
+  EXPECT_EQ(names->Loads(), 1);
+  EXPECT_EQ(data::fulltext::WarmFullText("/proc/no-such-folder/none.db"), 0);
 }
 
 }  // namespace

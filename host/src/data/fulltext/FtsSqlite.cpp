@@ -73,7 +73,7 @@ fts5_api* Fts5Api(sqlite3* db) {
 // --- the connection's state -------------------------------------------------
 
 // The page cache of each connection, in KiB.
-constexpr int kCachePerConnectionKiB = 8192;
+constexpr int kCachePerConnectionKiB = 4096;
 
 std::mutex g_statesMutex;
 std::unordered_map<sqlite3*, FullTextState*>& States() {

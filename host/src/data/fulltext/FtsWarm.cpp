@@ -1,6 +1,9 @@
 // The shared copies of the full-text indexes made ahead; see FtsWarm.h.
 #include "data/fulltext/FtsWarm.h"
 
+#include <algorithm>
+
+#include "core/Text.h"
 #include "corvina20/Connection.h"
 #include "corvina20/FullText.h"
 #include "data/Backend.h"
@@ -8,12 +11,16 @@
 
 namespace corvina20::data::fulltext {
 
-int WarmFullText(const std::string& database) {
+int WarmFullText(const std::string& database, const std::vector<std::string>& columns) {
   int made = 0;
   try {
     ConnectionPtr connection = OpenDatabase(database);
     if (connection->BackendName() != "sqlite") return 0;
     for (const FullTextColumn& index : FullTextCatalogue()) {
+      if (!columns.empty() && std::none_of(columns.begin(), columns.end(), [&](const std::string& c) {
+            return text::Upper(c) == text::Upper(index.column);
+          }))
+        continue;
       // Asking a mirror anything syncs it, and a connection's first sync
       // makes (or waits for) the shared copy.
       connection->Backend().Run("SELECT corvina_ft_frequency(?1, ?2, '')",
