@@ -41,18 +41,25 @@ std::vector<std::string> CreateStatements(const std::string& table, const std::s
           "(SELECT 1 FROM " + log + ")",
       "CREATE OR REPLACE VIEW " + view + " AS SELECT " + Q(kKey) + ", " + c + " FROM " + t,
       "CREATE OR REPLACE FUNCTION " + function + "() RETURNS trigger LANGUAGE plpgsql AS $fn$\n"
+          "DECLARE\n"
+          "  s bigint := 0;\n"
           "BEGIN\n"
           "  IF TG_OP <> 'INSERT' THEN\n"
           "    IF TG_OP = 'DELETE' OR OLD." + c + " IS DISTINCT FROM NEW." + c + " OR OLD." + Q(kKey) +
           " IS DISTINCT FROM NEW." + Q(kKey) + " THEN\n"
-          "      INSERT INTO " + log + " (id, tag) VALUES (OLD." + Q(kKey) + ", (random() * 9007199254740991)::bigint);\n"
+          "      INSERT INTO " + log + " (id, tag) VALUES (OLD." + Q(kKey) +
+          ", (random() * 9007199254740991)::bigint) RETURNING seq INTO s;\n"
           "    END IF;\n"
           "  END IF;\n"
-          "  IF TG_OP = 'INSERT' OR (TG_OP = 'UPDATE' AND OLD." + Q(kKey) + " IS DISTINCT FROM NEW." + Q(kKey) + ") THEN\n"
-          "    INSERT INTO " + log + " (id, tag) VALUES (NEW." + Q(kKey) + ", (random() * 9007199254740991)::bigint);\n"
+          "  IF TG_OP = 'INSERT' OR (TG_OP = 'UPDATE' AND OLD." + Q(kKey) + " IS DISTINCT FROM NEW." + Q(kKey) +
+          ") THEN\n"
+          "    INSERT INTO " + log + " (id, tag) VALUES (NEW." + Q(kKey) +
+          ", (random() * 9007199254740991)::bigint) RETURNING seq INTO s;\n"
           "  END IF;\n"
-          "  DELETE FROM " + log + " WHERE seq <= (SELECT max(seq) FROM " + log + ") - " +
-          std::to_string(kLogEntries) + ";\n"
+          // Pruned every 256 entries: the log keeps at least kLogEntries.
+          "  IF s % 256 = 0 AND s > 0 THEN\n"
+          "    DELETE FROM " + log + " WHERE seq <= s - " + std::to_string(kLogEntries) + ";\n"
+          "  END IF;\n"
           "  RETURN NULL;\n"
           "END\n$fn$",
       "DROP TRIGGER IF EXISTS " + Q(fulltext::LogTableName(table, column) + "_t") + " ON " + t,
@@ -132,6 +139,10 @@ struct FullTextSearch::Index {
   std::string table, column;
   PgMirrorSource source;
   fulltext::IndexMirror mirror;
+  // The keys of the rows with a text, as the mirror stood when they were
+  // read: read again only when a sync found the index changed.
+  std::vector<std::int64_t> keys;
+  int keysLoads = -1, keysUpdates = -1;
   Index(Backend& backend, const std::function<bool()>& inTransaction, const std::string& database,
         const std::string& t, const std::string& c)
       : table(t), column(c), source(backend, inTransaction, t, c), mirror(source, database, t, c) {}
@@ -156,10 +167,16 @@ std::vector<std::pair<std::int64_t, int>> FullTextSearch::Search(const std::stri
   fulltext::IndexMirror& mirror = index->mirror;
   mirror.Sync();
   fulltext::SearchedText searched(mirror, text);
+  if (index->keysLoads != mirror.Loads() || index->keysUpdates != mirror.Updates()) {
+    index->keys.clear();
+    for (const auto& row :
+         backend_.Run("SELECT " + Q(kKey) + " FROM " + Q(table) + " WHERE " + Q(column) + " IS NOT NULL", {}).rows)
+      index->keys.push_back(row[0].ToBigInt());
+    index->keysLoads = mirror.Loads();
+    index->keysUpdates = mirror.Updates();
+  }
   std::vector<std::pair<std::int64_t, int>> found;
-  ResultSet keys = backend_.Run("SELECT " + Q(kKey) + " FROM " + Q(table) + " WHERE " + Q(column) + " IS NOT NULL", {});
-  for (const auto& row : keys.rows) {
-    std::int64_t key = row[0].ToBigInt();
+  for (std::int64_t key : index->keys) {
     double score = searched.RankTerms(mirror, mirror.RowTerms(key));
     if (score < 0) continue;
     int rank = fulltext::RoundRank(score);
