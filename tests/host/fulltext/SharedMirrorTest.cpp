@@ -91,6 +91,32 @@ TEST(SharedMirror, SessionsShareOneCopyAndAWritersUncommittedRowsStayItsOwn) {
   EXPECT_EQ(shared->Loads(), 1);
 }
 
+TEST(SharedMirror, ATransactionWritingMoreThanTheLogKeepsMakesOneCopyOfItsOwnAndSharesNone) {
+  FullTextDb db(50);
+  auto shared = data::fulltext::SharedMirror::Of(db.Path(), "STDAnagrafiche", "RagioneSociale");
+  ConnectionPtr other = OpenDatabase(db.Path());
+  const std::string name = db.Parties()[3].ragioneSociale;
+  const std::vector<Hit> before = db.Search(name, 1);
+  EXPECT_EQ(shared->Loads(), 1);
+  // An import in one transaction: the log keeps its last 10,000 entries, so
+  // the shared copy's entry is gone from what the writer sees.
+  other->BeginTrans();
+  other->ExecuteNative(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 10050) "
+      "INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale) SELECT 30000 + i, 'Austro' || i || ' Srl' FROM n");
+  EXPECT_EQ(Keys(SearchOn(*other, "Austro77")), (std::vector<std::int32_t>{30077}));
+  EXPECT_EQ(Keys(SearchOn(*other, "Austro10050")), (std::vector<std::int32_t>{40050}));  // the same copy
+  EXPECT_EQ(shared->Loads(), 2);
+  EXPECT_EQ(db.Search(name, 1), before);  // the others still rank from the shared copy
+  EXPECT_TRUE(db.Search("Austro77", 1).empty());
+  other->CommitTrans();
+  // The first connection to see the commit cannot relate the shared copy to
+  // it either: it makes the next one, which every connection then uses.
+  EXPECT_EQ(Keys(db.Search("Austro77", 1)), (std::vector<std::int32_t>{30077}));
+  EXPECT_EQ(Keys(SearchOn(*other, "Austro78")), (std::vector<std::int32_t>{30078}));
+  EXPECT_EQ(shared->Loads(), 3);
+}
+
 TEST(SharedMirror, AServerMakesTheNamesAndTownsCopiesAheadAndTheFirstSearchFindsThemMade) {
   FullTextDb db(50);
   auto names = data::fulltext::SharedMirror::Of(db.Path(), "STDAnagrafiche", "RagioneSociale");

@@ -224,6 +224,12 @@ void IndexMirror::Sync() {
   } else {
     if (!use) use = shared_->Obtain(source_);
     std::optional<std::vector<std::int64_t>> keys = KeysBetween(*use, last);
+    if (!keys && base_ && base_ != use) {
+      // A copy of the connection's own (made inside a transaction that wrote
+      // more than the log keeps) may still be the nearer one.
+      keys = KeysBetween(*base_, last);
+      if (keys) use = base_;
+    }
     if (!keys) {
       use = shared_->Reload(source_, newest.get());
       keys.emplace();
