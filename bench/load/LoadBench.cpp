@@ -24,6 +24,9 @@
 //
 //   build-release/bin/load_bench [--sizes=1000000] [--users=1,10,50] [--rounds=10] [--think-ms=1000]
 //
+// LOAD_BENCH_SERVER and LOAD_BENCH_MODULE run another build's `corvina` and
+// module (an older version, to compare).
+//
 // The register (PartyGenerator, seed 20: every party a customer, as the
 // record-list benchmark's) is generated once into $CORVINA_BENCH_DIR (default
 // <build>/bench-data) as load-<n>.db and reused; the carriers the runs save
@@ -138,9 +141,11 @@ class Server {
   Server(const std::string& db, int port) : port_(port) {
     pid_ = fork();
     if (pid_ == 0) {
-      setenv("CORVINA_MODULE", CORVINA_BENCH_MODULE, 1);
+      const char* server = std::getenv("LOAD_BENCH_SERVER");
+      const char* module = std::getenv("LOAD_BENCH_MODULE");
+      setenv("CORVINA_MODULE", module && *module ? module : CORVINA_BENCH_MODULE, 1);
       std::string listen = "127.0.0.1:" + std::to_string(port);
-      execl(CORVINA_BENCH_SERVER, "corvina", "serve", "--db", db.c_str(), "--listen", listen.c_str(),
+      execl(server && *server ? server : CORVINA_BENCH_SERVER, "corvina", "serve", "--db", db.c_str(), "--listen", listen.c_str(),
             static_cast<char*>(nullptr));
       _exit(127);
     }
