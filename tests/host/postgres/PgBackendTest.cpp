@@ -77,6 +77,8 @@ TEST(PgBackend, TextComparesWithoutCaseButWithAccents) {
   // What a user types is text, never a wildcard.
   EXPECT_EQ(Count(db, "RagioneSociale LIKE ?", {Variant(data::text::LikeLiteral("50%") + "%")}), 1);
   EXPECT_EQ(Count(db, "RagioneSociale LIKE ?", {Variant(data::text::LikeLiteral("5_%") + "%")}), 0);
+  EXPECT_EQ(Count(db, "RagioneSociale LIKE '50!%%' ESCAPE '!'"), 1);
+  EXPECT_EQ(Count(db, "RagioneSociale LIKE '5!_%' ESCAPE '!'"), 0);
   // A searched text compared with the code: no match there, no error.
   EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant("Rossi"), Variant("%rossi%")}), 1);
   EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant(" 2 "), Variant("x")}), 1);
@@ -110,6 +112,27 @@ TEST(PgBackend, FailedStatementLeavesTheTransactionUsable) {
   AddParty(db, 2, "Bianchi", 0);
   db.CommitTrans();
   EXPECT_EQ(QueryLong(database.connection, "SELECT COUNT(*) FROM STDAnagrafiche"), 2);
+}
+
+// UPDATE … FROM and DELETE … FROM with joins, as the module writes them,
+// change the rows the join finds and no others.
+TEST(PgBackend, UpdateAndDeleteThroughJoins) {
+  TestDatabase database;
+  Connection& db = *database.connection;
+  for (int id = 1; id <= 3; ++id) AddParty(db, id, "Ditta " + std::to_string(id), id % 2);
+  db.Execute("SELECT IdDoc = convert(integer, 0) INTO WScelti WHERE 1 = 0");
+  db.Execute("INSERT INTO WScelti (IdDoc) VALUES (1), (3)");
+  EXPECT_EQ(db.Execute("UPDATE A SET RagioneSociale = 'Scelta' FROM STDAnagrafiche A INNER JOIN WScelti W "
+                       "ON W.IdDoc = A.IdAnagrafica WHERE A.Cliente = ?",
+                       {Variant(true)}),
+            2);
+  EXPECT_EQ(Count(db, "RagioneSociale = 'scelta'"), 2);
+  EXPECT_EQ(db.Execute("DELETE A FROM STDAnagrafiche A INNER JOIN WScelti W ON W.IdDoc = A.IdAnagrafica "
+                       "WHERE W.IdDoc > ?",
+                       {Variant(2)}),
+            1);
+  EXPECT_EQ(QueryLong(database.connection, "SELECT COUNT(*) FROM STDAnagrafiche"), 2);
+  EXPECT_EQ(Count(db, "IdAnagrafica = 3"), 0);
 }
 
 TEST(PgBackend, WorkTablesBelongToTheirConnection) {
