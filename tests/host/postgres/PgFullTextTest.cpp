@@ -6,8 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "corvina20/FullText.h"
 #include "corvina20/Recordset.h"
 #include "data/Database.h"
+#include "data/fulltext/FtsShared.h"
+#include "data/fulltext/FtsWarm.h"
 #include "support/TestSupport.h"
 
 namespace corvina20::test {
@@ -76,6 +79,21 @@ TEST(PgFullText, SameRowsAndRanksAsSqlite) {
   EXPECT_EQ(Rows(*other, kQueries[0]).size() + 1, Rows(*postgres.connection, kQueries[0]).size());
   for (Connection* db : {sqlite.get(), postgres.connection.get()}) db->RollbackTrans();
   ExpectSame(*sqlite, *postgres.connection, "rolled back");
+}
+
+// A server makes the names' copy ahead on PostgreSQL too: the first search
+// of a session then finds it made.
+TEST(PgFullText, WarmedCopyServesTheFirstSearch) {
+  TestDatabase postgres(true);
+  long names = 0;
+  for (const FullTextColumn& c : FullTextCatalogue()) names += c.column == "RagioneSociale" ? 1 : 0;
+  EXPECT_EQ(data::fulltext::WarmFullText(postgres.path, {"RagioneSociale"}), names);
+  auto shared = data::fulltext::SharedMirror::Of(postgres.path, "STDAnagrafiche", "RagioneSociale");
+  ASSERT_NE(shared->Current(), nullptr);
+  EXPECT_EQ(shared->Loads(), 1);
+  ConnectionPtr session = OpenDatabase(postgres.path);
+  EXPECT_FALSE(Rows(*session, kQueries[0]).empty());
+  EXPECT_EQ(shared->Loads(), 1);
 }
 
 }  // namespace

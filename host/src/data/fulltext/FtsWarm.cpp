@@ -15,16 +15,20 @@ int WarmFullText(const std::string& database, const std::vector<std::string>& co
   int made = 0;
   try {
     ConnectionPtr connection = OpenDatabase(database);
-    if (connection->BackendName() != "sqlite") return 0;
+    const bool sqlite = connection->BackendName() == "sqlite";
     for (const FullTextColumn& index : FullTextCatalogue()) {
       if (!columns.empty() && std::none_of(columns.begin(), columns.end(), [&](const std::string& c) {
             return text::Upper(c) == text::Upper(index.column);
           }))
         continue;
       // Asking a mirror anything syncs it, and a connection's first sync
-      // makes (or waits for) the shared copy.
-      connection->Backend().Run("SELECT corvina_ft_frequency(?1, ?2, '')",
-                                {Variant(index.table), Variant(index.column)});
+      // makes (or waits for) the shared copy. PostgreSQL: a search of no
+      // word, which ranks nothing.
+      if (sqlite)
+        connection->Backend().Run("SELECT corvina_ft_frequency(?1, ?2, '')",
+                                  {Variant(index.table), Variant(index.column)});
+      else
+        connection->Backend().FreeText(index.table, index.column, "", 1001);
       ++made;
     }
   } catch (const std::exception&) {

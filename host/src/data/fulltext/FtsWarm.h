@@ -17,9 +17,9 @@ inline const std::vector<std::string> kWarmColumns = {"RagioneSociale", "Citta"}
 
 // Opens `database` (as OpenDatabase) and makes the shared copy of each index
 // of the catalogue on one of `columns` (any case; empty: every index), in
-// turn. Returns how many it made or found made. Never throws: a database
-// that cannot be opened, or a backend without the copies (PostgreSQL), gives
-// 0 and the searches make what they need themselves.
+// turn, on SQLite and PostgreSQL alike. Returns how many it made or found
+// made. Never throws: a database that cannot be opened gives 0, and the
+// searches make what they need themselves.
 int WarmFullText(const std::string& database, const std::vector<std::string>& columns = kWarmColumns);
 
 }  // namespace corvina20::data::fulltext
