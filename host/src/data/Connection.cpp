@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <map>
 #include <mutex>
 
@@ -78,7 +77,7 @@ struct Connection::Impl {
                                 params.begin() + static_cast<long>(next + count));
       if (backend->Dialect() == data::SqlDialect::Postgres)
         for (std::size_t i = 0; i < count; ++i)
-          if (next + i < sql.numericParams.size() && sql.numericParams[next + i] && !IsNumberText(mine[i]))
+          if (next + i < sql.paramUses.size() && !Fits(mine[i], sql.paramUses[next + i]))
             mine[i] = Variant::Null();
       next += count;
       last = backend->Run(statement, mine);
@@ -88,13 +87,20 @@ struct Connection::Impl {
     return last;
   }
 
-  // True unless `v` is a text that does not read as a number.
-  static bool IsNumberText(const Variant& v) {
-    if (v.Kind() != VariantKind::String) return true;
-    const std::string& s = v.StringRef();
-    char* end = nullptr;
-    std::strtod(s.c_str(), &end);
-    return !s.empty() && end != nullptr && std::string_view(end).find_first_not_of(' ') == std::string_view::npos;
+  // False for a text that is not a number of the kind `use` asks for
+  // (blanks around, a sign, digits, and a decimal point for kNumber): the
+  // server would refuse it where SQLite compares it as unequal.
+  static bool Fits(const Variant& v, data::TranslatedSql::ParamUse use) {
+    if (use == data::TranslatedSql::kAnything || v.Kind() != VariantKind::String) return true;
+    std::string_view s = text::Trim(v.StringRef());
+    if (!s.empty() && (s.front() == '+' || s.front() == '-')) s.remove_prefix(1);
+    bool digits = false, point = false;
+    for (char c : s) {
+      if (c >= '0' && c <= '9') digits = true;
+      else if (c == '.' && !point && use == data::TranslatedSql::kNumber) point = true;
+      else return false;
+    }
+    return digits;
   }
 
   // '?' outside string literals and quoted identifiers.

@@ -82,6 +82,9 @@ TEST(PgBackend, TextComparesWithoutCaseButWithAccents) {
   // A searched text compared with the code: no match there, no error.
   EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant("Rossi"), Variant("%rossi%")}), 1);
   EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant(" 2 "), Variant("x")}), 1);
+  for (const char* text : {"1.5", "1e3", "inf", "nan", "-", "0x1"})
+    EXPECT_EQ(Count(db, "IdAnagrafica = ?", {Variant(text)}), 0) << text;
+  EXPECT_EQ(Count(db, "SpeseTrasporto = ?", {Variant("abc")}), 0);
   auto grouped = db.OpenRecordset("SELECT upper(RagioneSociale) AS R, COUNT(*) AS N FROM STDAnagrafiche "
                                   "WHERE RagioneSociale IN ('ROSSI SPA', 'rossi spa') GROUP BY upper(RagioneSociale)");
   EXPECT_EQ(grouped->RecordCount(), 1);

@@ -52,7 +52,9 @@ TEST(PgTranslation, NamesFoldedFunctionsAndConversions) {
       data::SqlDialect::Postgres, Lookup);
   EXPECT_EQ(ordered.statements[0].substr(ordered.statements[0].find("ORDER")),
             "ORDER BY \"ragionesociale\" DESC NULLS LAST");
-  EXPECT_EQ(ordered.numericParams, (std::vector<bool>{true, false, true}));
+  using Use = data::TranslatedSql::ParamUse;
+  EXPECT_EQ(ordered.paramUses, (std::vector<Use>{data::TranslatedSql::kWholeNumber, data::TranslatedSql::kAnything,
+                                                 data::TranslatedSql::kWholeNumber}));
 }
 
 TEST(PgTranslation, TextRuleLikeAndComparisons) {

@@ -84,8 +84,8 @@ std::string Emitter::Take() {
 
 std::vector<std::string> Emitter::Emit(const Statement& s) {
   out_.clear();
-  numericParams_.clear();
-  numericParamExprs_.clear();
+  paramUses_.clear();
+  numberParams_.clear();
   freeTexts_.clear();
   switch (s.kind) {
     case StatementKind::Select:
@@ -404,7 +404,8 @@ void Emitter::WriteExpr(const Expr& e) {
       return;
     case ExprKind::Param:
       Put("?");
-      numericParams_.push_back(numericParamExprs_.count(&e) != 0);
+      if (auto use = numberParams_.find(&e); use != numberParams_.end()) paramUses_.push_back(use->second);
+      else paramUses_.push_back(TranslatedSql::kAnything);
       return;
     case ExprKind::Column:
     case ExprKind::Star:
@@ -503,9 +504,17 @@ void Emitter::WriteExpr(const Expr& e) {
 
 namespace {
 
-bool IsNumberFamily(const std::string& type) {
-  TypeFamily f = FamilyOf(type);
-  return f == TypeFamily::Integer || f == TypeFamily::Exact || f == TypeFamily::Float || f == TypeFamily::Bit;
+TranslatedSql::ParamUse UseFor(const std::string& type) {
+  switch (FamilyOf(type)) {
+    case TypeFamily::Integer:
+    case TypeFamily::Bit:
+      return TranslatedSql::kWholeNumber;
+    case TypeFamily::Exact:
+    case TypeFamily::Float:
+      return TranslatedSql::kNumber;
+    default:
+      return TranslatedSql::kAnything;
+  }
 }
 
 bool IsComparison(const Expr& e) {
@@ -538,10 +547,12 @@ void Emitter::WriteBinary(const Expr& e) {
     return;
   }
   // A parameter compared with a number column: a text that is no number
-  // must compare false there (see TranslatedSql::numericParams).
+  // must compare false there (see TranslatedSql::paramUses).
   if (IsComparison(e)) {
-    if (right.kind == ExprKind::Param && IsNumberFamily(left.type)) numericParamExprs_.insert(&right);
-    if (left.kind == ExprKind::Param && IsNumberFamily(right.type)) numericParamExprs_.insert(&left);
+    if (right.kind == ExprKind::Param && UseFor(left.type) != TranslatedSql::kAnything)
+      numberParams_[&right] = UseFor(left.type);
+    if (left.kind == ExprKind::Param && UseFor(right.type) != TranslatedSql::kAnything)
+      numberParams_[&left] = UseFor(right.type);
   }
   int p = BinaryPrecedence(e);
   bool associative = e.text == "AND" || e.text == "OR";

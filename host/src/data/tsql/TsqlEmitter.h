@@ -8,7 +8,7 @@
 #pragma once
 
 #include <memory>
-#include <set>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,9 +25,9 @@ class Emitter {
   // The backend statements for `statement`, in the order they must run.
   // REQUIRES: TypeStatement ran on `statement`.
   std::vector<std::string> Emit(const Statement& statement);
-  // For each "?" of the last Emit, in order: whether it is compared with a
-  // column or expression of a number type (=, <>, <, >…).
-  const std::vector<bool>& NumericParams() const { return numericParams_; }
+  // For each "?" of the last Emit, in order: what kind of number it is
+  // compared with (=, <>, <, >…), TranslatedSql::paramUses.
+  const std::vector<TranslatedSql::ParamUse>& ParamUses() const { return paramUses_; }
   // The FREETEXTTABLE calls the last Emit left to the host, in order.
   const std::vector<TranslatedSql::FreeTextCall>& FreeTextCalls() const { return freeTexts_; }
 
@@ -103,8 +103,8 @@ class Emitter {
   // on alias.Rank by a top-level AND term, 0 when none.
   int FreeTextMinRank(const Name& alias, const Expr* on) const;
 
-  std::vector<bool> numericParams_;
-  std::set<const Expr*> numericParamExprs_;
+  std::vector<TranslatedSql::ParamUse> paramUses_;
+  std::map<const Expr*, TranslatedSql::ParamUse> numberParams_;
   const Expr* where_ = nullptr;      // WHERE of the SELECT being written
   const Expr* joinOn_ = nullptr;     // ON of the join whose source is being written
   const Name* onFreeText_ = nullptr; // while writing an ON: the FREETEXTTABLE that KEY/RANK name

@@ -29,8 +29,8 @@ TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const Col
   for (tsql::Statement& statement : statements) {
     tsql::TypeStatement(statement, lookup);
     for (std::string& text : emitter->Emit(statement)) out.statements.push_back(std::move(text));
-    const std::vector<bool>& numeric = emitter->NumericParams();
-    out.numericParams.insert(out.numericParams.end(), numeric.begin(), numeric.end());
+    const auto& uses = emitter->ParamUses();
+    out.paramUses.insert(out.paramUses.end(), uses.begin(), uses.end());
     const auto& calls = emitter->FreeTextCalls();
     out.freeTexts.insert(out.freeTexts.end(), calls.begin(), calls.end());
   }

@@ -34,11 +34,13 @@ struct TranslatedSql {
   // columnTypes. A backend that folds names (PostgreSQL) reports them in
   // lower case; the Connection gives the fields these names back.
   std::vector<std::string> columnNames;
-  // For each "?" across the statements, in order: true when it is compared
-  // with a number (IdAnagrafica = ?). A text that is no number compares
-  // false there on SQLite; PostgreSQL refuses it, so the Connection binds
-  // NULL instead (the comparison is then false as well).
-  std::vector<bool> numericParams;
+  // For each "?" across the statements, in order: what it is compared with
+  // (IdAnagrafica = ?): kWholeNumber for an integer or bit, kNumber for
+  // another number, kAnything otherwise. A text that is no such number
+  // compares false there on SQLite; PostgreSQL refuses it, so the Connection
+  // binds NULL instead (the comparison is then false as well).
+  enum ParamUse : char { kAnything = 0, kWholeNumber = 'i', kNumber = 'n' };
+  std::vector<ParamUse> paramUses;
   // FREETEXTTABLE calls the host evaluates before the statements run
   // (PostgreSQL): their KEY and RANK rows go into the temporary table
   // `workTable` ("key" integer, "rank" integer), which the statements join.
