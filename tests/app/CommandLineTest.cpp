@@ -1,6 +1,8 @@
 // The `corvina` program as a person uses it: creating a database, listing the
-// module's items, reading and writing host parameters.
+// module's items, reading and writing host parameters, copying a database.
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include "data/Database.h"
 #include "support/TestSupport.h"
@@ -48,6 +50,27 @@ TEST_F(CommandLine, ParamsAreWrittenAndReadBack) {
   ASSERT_EQ(Run("params get --db " + db + " controllocfbloccante", out), 0) << out;
   EXPECT_EQ(out, "1\n");
   EXPECT_NE(Run("params get --db " + dir.File("nessuna/cartella/x.db") + " K", out), 0);
+}
+
+// `copy` moves a whole database (here to an SQLite file, from the backend
+// the suite runs on) and compares the counts; a second copy onto the same
+// target is refused. `init` on an existing database only migrates, and an
+// address is never taken for folders to make.
+TEST_F(CommandLine, CopyMovesEveryTableAndComparesTheCounts) {
+  TestDatabase source(true);
+  std::string out, target = dir.File("copia.db");
+  ASSERT_EQ(Run("copy " + source.path + " " + target, out), 0) << out;
+  EXPECT_NE(out.find("STDAnagrafiche: "), std::string::npos) << out;
+  EXPECT_NE(out.find("i conteggi coincidono"), std::string::npos) << out;
+  const std::string count = "SELECT COUNT(*) FROM STDAnagIndirizzi";
+  EXPECT_EQ(QueryLong(OpenDatabase(target), count), QueryLong(source.connection, count));
+  EXPECT_GT(QueryLong(source.connection, count), 0);
+  EXPECT_NE(Run("copy " + source.path + " " + target, out), 0);
+  EXPECT_NE(out.find("non è vuota"), std::string::npos) << out;
+
+  ASSERT_EQ(Run("init " + source.path, out), 0) << out;
+  EXPECT_NE(out.find(": 0 file di schema applicati"), std::string::npos) << out;
+  EXPECT_FALSE(std::filesystem::exists("postgresql:"));
 }
 
 }  // namespace
