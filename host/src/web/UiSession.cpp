@@ -7,6 +7,7 @@
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
 #include "data/Database.h"
+#include "data/fulltext/FtsWarm.h"
 #include "session/Dialog.h"
 
 namespace corvina20::web {
@@ -31,6 +32,7 @@ struct UiSession::Impl {
   std::optional<int> answer;
   std::chrono::steady_clock::time_point lastUse = std::chrono::steady_clock::now();
   std::unique_ptr<Workspace> workspace;
+  ConnectionPtr connection;  // the workspace's, for the UI thread's upkeep
   std::thread thread;
   // Held by the one Close that joins the thread: a second Close (two
   // logouts of one session at once) waits here instead of joining the same
@@ -48,9 +50,14 @@ struct UiSession::Impl {
         tasks.pop_front();
       }
       task();
-      std::lock_guard lock(mutex);
-      busy = false;  // the request's action (and any modal loop in it) is over
-      changed.notify_all();
+      {
+        std::lock_guard lock(mutex);
+        busy = false;  // the request's action (and any modal loop in it) is over
+        changed.notify_all();
+      }
+      // While the answer goes out: an idle session must not keep an older
+      // full-text copy alive.
+      data::fulltext::FollowNewestCopies(*connection);
     }
   }
 
@@ -169,6 +176,7 @@ UiSession::UiSession(std::string user, const std::string& database)
       auto connection = OpenDatabase(database);
       auto dialog = std::make_shared<ParkingDialog>([self](const MessageRequest& r) { return self->Park(r); });
       self->workspace = std::make_unique<Workspace>(connection, dialog);
+      self->connection = connection;
       self->workspace->SetModalLoop([self](const json& modal) { return self->NextModalAction(modal); });
       ready.set_value();
     } catch (...) {
@@ -177,6 +185,7 @@ UiSession::UiSession(std::string user, const std::string& database)
     }
     self->Run();
     self->workspace.reset();
+    self->connection.reset();
   });
   try {
     started.get();

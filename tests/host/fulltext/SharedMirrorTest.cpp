@@ -2,8 +2,9 @@
 // of each full-text index: a second session's first search does not build
 // another, a writer's uncommitted rows are seen by its own searches only, a
 // connection whose snapshot is older than the copy still sees its own
-// snapshot, and many commits advance the copy for everyone. Each search is
-// checked against every row ranked from its text.
+// snapshot, and many commits advance the copy for everyone, which the
+// connections between their searches follow. Each search is checked against
+// every row ranked from its text.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -77,6 +78,18 @@ TEST(SharedMirror, SessionsShareOneCopyAndAWritersUncommittedRowsStayItsOwn) {
   EXPECT_EQ(SearchOn(*reader, "Borea7 Trasporti Srl"), borea);
   EXPECT_EQ(SearchOn(*other, "Borea7 Trasporti Srl"), borea);
   EXPECT_EQ(shared->Loads(), 1);
+  // A connection between its searches lets go of the copy it used once a
+  // newer one is shared.
+  std::weak_ptr<const data::fulltext::MirrorData> older = shared->Current();
+  other->ExecuteNative(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1100) "
+      "INSERT INTO STDAnagrafiche (IdAnagrafica, RagioneSociale) SELECT 50000 + i, 'Noto' || i || ' Srl' FROM n");
+  EXPECT_EQ(Keys(SearchOn(*other, "Noto9")), (std::vector<std::int32_t>{50009}));
+  EXPECT_EQ(shared->Advances(), 2);
+  EXPECT_FALSE(older.expired());  // the other connections still hold it
+  for (ConnectionPtr c : {db.Conn(), reader}) data::fulltext::FollowNewestCopies(*c);
+  EXPECT_TRUE(older.expired());
+  EXPECT_EQ(Keys(db.Search("Noto9", 1)), (std::vector<std::int32_t>{50009}));
 
   // Sessions searching at once, each on its own connection and thread.
   std::vector<std::vector<Hit>> found(4);

@@ -249,6 +249,12 @@ void IndexMirror::Sync() {
     }
 }
 
+void IndexMirror::FollowNewest() {
+  if (!base_) return;
+  std::shared_ptr<const MirrorData> newest = shared_->Current();
+  if (newest && newest != base_) Sync();
+}
+
 std::optional<std::vector<std::int64_t>> IndexMirror::KeysBetween(const MirrorData& base,
                                                                   const std::optional<LogEntry>& last) {
   const std::optional<LogEntry>& at = base.Last();

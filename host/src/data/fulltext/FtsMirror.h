@@ -209,6 +209,11 @@ class IndexMirror {
   // or a read fails. Call it inside a running statement (a function or
   // virtual table call), so that all its reads see one snapshot.
   void Sync();
+  // Syncs when a newer shared copy than the one in use exists, so that the
+  // older can be freed; does nothing (and reads nothing) otherwise. For a
+  // connection between its searches (an idle session would keep the old
+  // copy alive). Throws as Sync.
+  void FollowNewest();
 
   // The rows with at least one term (N of the rank).
   double Rows() const { return static_cast<double>(static_cast<std::int64_t>(base_->Rows()) + rowsDelta_); }
@@ -294,6 +299,8 @@ class FullTextState {
   // prepared once; the caller runs it to the end and resets it. Throws
   // corvina20::Error kErrDatabase when the index is missing.
   sqlite3_stmt* MatchStatement(std::string_view table, std::string_view column);
+  // IndexMirror::FollowNewest on every mirror of the connection.
+  void FollowNewest();
   // Finalizes every prepared statement and drops the mirrors.
   void Release();
   sqlite3* Db() const { return db_; }

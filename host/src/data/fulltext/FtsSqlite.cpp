@@ -179,6 +179,13 @@ void FrequencyFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
   });
 }
 
+void FollowFunction(sqlite3_context* ctx, int, sqlite3_value**) {
+  Guard(ctx, [&] {
+    static_cast<FullTextState*>(sqlite3_user_data(ctx))->FollowNewest();
+    sqlite3_result_null(ctx);
+  });
+}
+
 // --- corvina_ft_search ---------------------------------------------------------
 //
 // corvina_ft_search(T, C, text, floor, drives): the rows of T.C that share a
@@ -588,6 +595,9 @@ void RegisterFullText(sqlite3* db) {
   if (rc == SQLITE_OK)
     rc = sqlite3_create_function_v2(db, "corvina_ft_frequency", 3, flags, state, FrequencyFunction, nullptr,
                                     nullptr, nullptr);
+  if (rc == SQLITE_OK)
+    rc = sqlite3_create_function_v2(db, "corvina_ft_follow", 0, SQLITE_UTF8, state, FollowFunction, nullptr, nullptr,
+                                    nullptr);
   if (rc != SQLITE_OK)
     throw Error(kErrDatabase, "Corvina20.FullText", std::string("Registrazione full-text: ") + sqlite3_errmsg(db));
 }

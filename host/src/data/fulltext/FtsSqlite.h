@@ -22,6 +22,8 @@
 //                                        '' gives the rows with any term
 //   corvina_ft_terms(text)               JSON array of the distinct terms of
 //                                        text, led by "" when there is any
+//   corvina_ft_follow()                  moves the connection's mirrors to
+//                                        the newest shared copies (NULL)
 // Not for: creating the indexes (FtsIndexes.h) or translating FREETEXTTABLE
 // (the T-SQL translator).
 #pragma once

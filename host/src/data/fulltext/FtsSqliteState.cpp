@@ -171,6 +171,10 @@ sqlite3_stmt* FullTextState::MatchStatement(std::string_view table, std::string_
   return IndexOf(table, column).source.Match();
 }
 
+void FullTextState::FollowNewest() {
+  for (auto& [name, index] : indexes_) index->mirror.FollowNewest();
+}
+
 void FullTextState::Release() { indexes_.clear(); }
 
 }  // namespace corvina20::data::fulltext

@@ -1,4 +1,5 @@
-// The shared copies of the full-text indexes made ahead; see FtsWarm.h.
+// The shared copies of the full-text indexes made ahead and followed; see
+// FtsWarm.h.
 #include "data/fulltext/FtsWarm.h"
 
 #include <algorithm>
@@ -35,6 +36,14 @@ int WarmFullText(const std::string& database, const std::vector<std::string>& co
     // The searches make the copies they need when they need them.
   }
   return made;
+}
+
+void FollowNewestCopies(Connection& connection) {
+  try {
+    if (connection.BackendName() == "sqlite") connection.Backend().Run("SELECT corvina_ft_follow()", {});
+  } catch (const std::exception&) {
+    // The next search follows them anyway.
+  }
 }
 
 }  // namespace corvina20::data::fulltext
