@@ -12,6 +12,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "core/Text.h"
 #include "corvina20/Error.h"
 #include "data/Database.h"
 #include "data/fulltext/FtsWarm.h"
@@ -32,6 +33,10 @@ constexpr const char* kCookie = "corvina_session";
 constexpr std::size_t kMaxSessionsPerUser = 8;
 // Addresses whose failed logins are remembered at once (a minute each).
 constexpr std::size_t kMaxTrackedAddresses = 10000;
+// Failed logins an address may have in a minute, whatever the users, as a
+// multiple of those allowed for one user from it: many users behind one
+// address log in at once, one address trying many names is still slowed.
+constexpr int kAddressAttemptsFactor = 20;
 
 Response Json(int status, const json& body) {
   Response r;
@@ -137,7 +142,10 @@ struct WebHost::Impl {
   WebOptions options;
   std::mutex mutex;                       // sessions and login attempts
   std::map<std::string, Entry> sessions;  // by session token
-  std::map<std::string, std::deque<Clock::time_point>> failures;  // by remote address
+  // By remote address and user name: guesses at one user's password from one
+  // address are what the limit slows down, while a whole staff behind one
+  // address (a TLS proxy) logs in at once without refusing one another.
+  std::map<std::string, std::deque<Clock::time_point>> failures;
   std::mutex usersMutex;                  // the users' connection
   ConnectionPtr usersConnection;
   std::unique_ptr<HttpServer> server;
@@ -170,13 +178,14 @@ struct WebHost::Impl {
     };
   }
 
-  // Takes one login attempt from `address`: false (refuse, 429) when it has
-  // used up its failures of the last minute. The attempt is counted before
+  // Takes one login attempt of `address` (an address, or an address and user
+  // name: AttemptKey): none (refuse, 429) when it has used up the `allowed`
+  // failures of the last minute. The attempt is counted before
   // the password is checked, so parallel guesses cannot all slip under the
   // limit; a login that succeeds gives its attempt back (ReturnAttempt).
   // Addresses beyond kMaxTrackedAddresses with a failure in the last minute
   // are refused too, so the table stays bounded under a flood.
-  std::optional<Clock::time_point> TakeAttempt(const std::string& address) {
+  std::optional<Clock::time_point> TakeAttempt(const std::string& address, int allowed) {
     std::lock_guard lock(mutex);
     auto now = Clock::now();
     auto it = failures.find(address);
@@ -187,7 +196,7 @@ struct WebHost::Impl {
     }
     auto& list = it->second;
     while (!list.empty() && list.front() < now - std::chrono::minutes(1)) list.pop_front();
-    if (static_cast<int>(list.size()) >= options.loginAttemptsPerMinute) return std::nullopt;
+    if (static_cast<int>(list.size()) >= allowed) return std::nullopt;
     list.push_back(now);
     return now;
   }
@@ -229,19 +238,34 @@ struct WebHost::Impl {
     return ended;
   }
 
+  // The limiter's key of a login: the address and the user name as typed,
+  // in capitals (names ignore case).
+  static std::string AttemptKey(const std::string& address, const std::string& user) {
+    return address + '\n' + text::Upper(user);
+  }
+
   Response post_login(const Request& req) {
-    std::optional<Clock::time_point> attempt = TakeAttempt(req.remoteAddress);
-    if (!attempt) return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto");
     json body = ParseBody(req.body);
     if (!body.is_object()) return Fail(400, "Servono utente e password");
     std::string user = body.value("user", ""), password = body.value("password", "");
+    const std::string key = AttemptKey(req.remoteAddress, user);
+    const auto tooMany = [] { return Fail(429, "Troppi tentativi di accesso: riprovare fra un minuto"); };
+    std::optional<Clock::time_point> fromAddress =
+        TakeAttempt(req.remoteAddress, options.loginAttemptsPerMinute * kAddressAttemptsFactor);
+    if (!fromAddress) return tooMany();
+    std::optional<Clock::time_point> attempt = TakeAttempt(key, options.loginAttemptsPerMinute);
+    if (!attempt) {
+      ReturnAttempt(req.remoteAddress, *fromAddress);  // no password was checked
+      return tooMany();
+    }
     std::string name;
     {
       std::lock_guard lock(usersMutex);
       name = Users(usersConnection).Verify(user, password);
     }
     if (name.empty()) return Fail(401, "Utente o password errati");  // the attempt stays counted
-    ReturnAttempt(req.remoteAddress, *attempt);
+    ReturnAttempt(key, *attempt);
+    ReturnAttempt(req.remoteAddress, *fromAddress);
     auto ui = std::make_shared<UiSession>(name, options.database);
     std::string token = RandomToken(), csrf = RandomToken();
     std::vector<std::shared_ptr<UiSession>> ended;

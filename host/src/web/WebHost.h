@@ -20,7 +20,7 @@ struct WebOptions {
   std::string host = "127.0.0.1";     // loopback unless told otherwise
   int port = 8080;
   int sessionTimeoutSeconds = 1800;   // idle time after which a session ends
-  int loginAttemptsPerMinute = 5;     // failed logins allowed per address
+  int loginAttemptsPerMinute = 5;     // failed logins allowed per user from one address (20 times as many per address)
   std::string staticDir;              // the browser client; "" = the build's host/web
   bool secureCookie = false;          // behind a TLS proxy: the session cookie carries Secure
 };

@@ -4,6 +4,8 @@
 // several sessions saving carriers at the same moment, and a save suspended
 // on a modal form that the following requests drive.
 #include <gtest/gtest.h>
+
+#include <algorithm>
 #include <httplib.h>
 
 #include <nlohmann/json.hpp>
@@ -242,6 +244,23 @@ TEST_F(WebApi, RepeatedFailedLoginsAreSlowedDown) {
   Browser guesser(port);
   for (int i = 0; i < 5; ++i) EXPECT_EQ(guesser.Login("anna", "tentativo" + std::to_string(i)), 401);
   EXPECT_EQ(guesser.Login("anna", "segreta1"), 429);  // even the right one, for a minute
+  // Another user at the same address (colleagues behind one proxy) is not held up.
+  EXPECT_EQ(guesser.Login("bruno", "segreta2"), 200);
+}
+
+TEST_F(WebApi, ColleaguesBehindOneAddressLogInAtOnce) {
+  StartServer();
+  constexpr int kUsers = 12;  // more than one user's allowance of attempts in progress
+  for (int i = 0; i < kUsers; ++i) web::Users(db).Add("utente" + std::to_string(i), "parola" + std::to_string(i));
+  std::vector<int> statuses(kUsers, 0);
+  std::vector<std::thread> logins;
+  for (int i = 0; i < kUsers; ++i)
+    logins.emplace_back([&, i] {
+      Browser b(port);
+      statuses[static_cast<std::size_t>(i)] = b.Login("utente" + std::to_string(i), "parola" + std::to_string(i));
+    });
+  for (auto& t : logins) t.join();
+  EXPECT_EQ(std::count(statuses.begin(), statuses.end(), 200), kUsers);
 }
 
 TEST_F(WebApi, AnExpiredSessionsPendingSaveIsNeverWritten) {
