@@ -189,6 +189,14 @@ std::uint32_t MirrorData::Dictionary::Intern(std::string_view term) {
   return static_cast<std::uint32_t>(texts_.size() - 1);
 }
 
+void MirrorData::ForEachRow(const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const {
+  for (std::size_t key = 0; key < dense_.size(); ++key)
+    if (dense_[key].count > 0)
+      each(static_cast<std::int64_t>(key), {pool_.data() + dense_[key].offset, dense_[key].count});
+  for (const auto& [key, s] : sparse_)
+    if (s.count > 0) each(key, {pool_.data() + s.offset, s.count});
+}
+
 // --- IndexMirror ------------------------------------------------------------
 
 IndexMirror::IndexMirror(MirrorSource& source, std::string database, std::string table, std::string column)
@@ -199,6 +207,15 @@ IndexMirror::IndexMirror(MirrorSource& source, std::string database, std::string
       power_(LikenessPower(table_, column_)) {}
 
 IndexMirror::~IndexMirror() = default;
+
+void IndexMirror::ForEachRow(const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const {
+  base_->ForEachRow([&](std::int64_t key, std::span<const std::uint32_t> terms) {
+    if (plain_ || rows_.find(key) == rows_.end()) each(key, terms);
+  });
+  if (!plain_)
+    for (const auto& [key, terms] : rows_)
+      if (!terms.empty()) each(key, terms);
+}
 
 namespace {
 bool SameEnd(const std::optional<LogEntry>& a, const std::optional<LogEntry>& b) {

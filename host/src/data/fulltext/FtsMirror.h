@@ -104,6 +104,9 @@ class MirrorData {
 
   // The rows with at least one term (N of the rank).
   std::uint64_t Rows() const { return rows_; }
+  // Calls `each` with the key and the distinct terms of every row that has
+  // terms, in no particular order.
+  void ForEachRow(const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const;
   // The number of a term, when some row holds it or held it.
   std::optional<std::uint32_t> Lookup(std::string_view term) const { return ids_.Find(term); }
   std::uint32_t Terms() const { return static_cast<std::uint32_t>(terms_.size()); }
@@ -240,6 +243,11 @@ class IndexMirror {
   }
   // As MirrorData::Neighbours, for the terms the connection sees.
   void Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const;
+  // Calls `each` with the key and the terms (as RowTerms) of every row with
+  // terms that the connection sees: the copy's rows, with those it sees
+  // otherwise in their place. What a backend without a term index (PostgreSQL)
+  // ranks a search over.
+  void ForEachRow(const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const;
 
   const std::string& Table() const { return table_; }
   const std::string& Column() const { return column_; }

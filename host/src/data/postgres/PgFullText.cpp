@@ -1,7 +1,8 @@
-// See PgFullText.h. The log has the shape of SQLite's (seq, id, tag) and is
-// pruned the same way, so the mirrors follow it unchanged. Candidates: every
-// row of the column that has a text, ranked from the mirror (a few array
-// reads each); SQLite narrows them with its FTS5 index first.
+// See PgFullText.h. The log has the shape of SQLite's (seq, id, tag) and keeps
+// at least as many entries, so the mirrors follow it unchanged. Candidates: every
+// row of the mirror that has terms, as the connection sees it, ranked there
+// (a few array reads each, no read from the database); SQLite narrows them
+// with its FTS5 index first.
 #include "data/postgres/PgFullText.h"
 
 #include "core/Text.h"
@@ -139,10 +140,6 @@ struct FullTextSearch::Index {
   std::string table, column;
   PgMirrorSource source;
   fulltext::IndexMirror mirror;
-  // The keys of the rows with a text, as the mirror stood when they were
-  // read: read again only when a sync found the index changed.
-  std::vector<std::int64_t> keys;
-  int keysLoads = -1, keysUpdates = -1;
   Index(Backend& backend, const std::function<bool()>& inTransaction, const std::string& database,
         const std::string& t, const std::string& c)
       : table(t), column(c), source(backend, inTransaction, t, c), mirror(source, database, t, c) {}
@@ -167,21 +164,13 @@ std::vector<std::pair<std::int64_t, int>> FullTextSearch::Search(const std::stri
   fulltext::IndexMirror& mirror = index->mirror;
   mirror.Sync();
   fulltext::SearchedText searched(mirror, text);
-  if (index->keysLoads != mirror.Loads() || index->keysUpdates != mirror.Updates()) {
-    index->keys.clear();
-    for (const auto& row :
-         backend_.Run("SELECT " + Q(kKey) + " FROM " + Q(table) + " WHERE " + Q(column) + " IS NOT NULL", {}).rows)
-      index->keys.push_back(row[0].ToBigInt());
-    index->keysLoads = mirror.Loads();
-    index->keysUpdates = mirror.Updates();
-  }
   std::vector<std::pair<std::int64_t, int>> found;
-  for (std::int64_t key : index->keys) {
-    double score = searched.RankTerms(mirror, mirror.RowTerms(key));
-    if (score < 0) continue;
+  mirror.ForEachRow([&](std::int64_t key, std::span<const std::uint32_t> terms) {
+    double score = searched.RankTerms(mirror, terms);
+    if (score < 0) return;
     int rank = fulltext::RoundRank(score);
     if (rank >= minRank) found.emplace_back(key, rank);
-  }
+  });
   return found;
 }
 
