@@ -590,6 +590,18 @@ void Emitter::WriteLike(const Expr& e) {
   }
 }
 
+void Emitter::WriteDeleteByRowId(const Statement& s, std::string_view rowId) {
+  const TableRef& target = FindTarget(*s.from, s.table);
+  Put("DELETE FROM ");
+  WriteName(target.table);
+  Put(" WHERE " + std::string(rowId) + " IN (SELECT ");
+  WriteName(target.Qualifier());
+  Put("." + std::string(rowId) + " FROM ");
+  WriteFrom(*s.from);
+  WriteWhere(s.where.get());
+  Put(")");
+}
+
 // The parameters keep their order: the SET values, then the ON conditions,
 // then the WHERE, as in the T-SQL text.
 void Emitter::WriteUpdateAsFrom(const Statement& s) {

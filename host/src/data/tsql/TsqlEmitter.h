@@ -87,6 +87,11 @@ class Emitter {
   // WHERE c AND (w): the target leaves the FROM list, the ON conditions join
   // the WHERE in their order. Inner joins only. SQLite and PostgreSQL share it.
   void WriteUpdateAsFrom(const Statement& s);
+  // DELETE T FROM T JOIN W … as DELETE FROM T WHERE <rowId> IN (SELECT
+  // T.<rowId> FROM T JOIN W …): the rows of T that the join finds, by the
+  // dialect's row identifier (SQLite's rowid, PostgreSQL's ctid). The
+  // parameters keep their order. SQLite and PostgreSQL share it.
+  void WriteDeleteByRowId(const Statement& s, std::string_view rowId);
 
   std::string out_;
   std::vector<TranslatedSql::FreeTextCall> freeTexts_;

@@ -151,17 +151,7 @@ class PostgresEmitter final : public Emitter {
   }
 
   // DELETE T FROM T JOIN W …: the rows of T that the join finds, by ctid.
-  void WriteDeleteWithJoin(const Statement& s) override {
-    const TableRef& target = FindTarget(*s.from, s.table);
-    Put("DELETE FROM ");
-    WriteName(target.table);
-    Put(" WHERE ctid IN (SELECT ");
-    WriteName(target.Qualifier());
-    Put(".ctid FROM ");
-    WriteFrom(*s.from);
-    WriteWhere(s.where.get());
-    Put(")");
-  }
+  void WriteDeleteWithJoin(const Statement& s) override { WriteDeleteByRowId(s, "ctid"); }
 
   void WriteUpdateWithFrom(const Statement& s) override { WriteUpdateAsFrom(s); }
 

@@ -94,19 +94,8 @@ class SqliteEmitter final : public Emitter {
   }
 
   // DELETE T FROM T JOIN W ON … WHERE … deletes the rows of T that the join
-  // finds: DELETE FROM T WHERE rowid IN (SELECT T.rowid FROM T JOIN W …).
-  // The parameters keep their order.
-  void WriteDeleteWithJoin(const Statement& s) override {
-    const TableRef& target = FindTarget(*s.from, s.table);
-    Put("DELETE FROM ");
-    WriteName(target.table);
-    Put(" WHERE rowid IN (SELECT ");
-    WriteName(target.Qualifier());
-    Put(".rowid FROM ");
-    WriteFrom(*s.from);
-    WriteWhere(s.where.get());
-    Put(")");
-  }
+  // finds, by rowid.
+  void WriteDeleteWithJoin(const Statement& s) override { WriteDeleteByRowId(s, "rowid"); }
 
   // SQLite's UPDATE … FROM must not list the target again: see
   // WriteUpdateAsFrom.
