@@ -21,6 +21,7 @@
 #include "data/fulltext/FtsMirror.h"
 #include "data/fulltext/FtsRank.h"
 #include "data/fulltext/FtsTokenizer.h"
+#include "data/sqlite/Fts5.h"
 
 namespace corvina20::data::fulltext {
 namespace {
@@ -57,17 +58,6 @@ int TokenizerTokenize(Fts5Tokenizer*, void* context, int flags, const char* text
     return SQLITE_NOMEM;
   }
   return SQLITE_OK;
-}
-
-fts5_api* Fts5Api(sqlite3* db) {
-  fts5_api* api = nullptr;
-  sqlite3_stmt* st = nullptr;
-  if (sqlite3_prepare_v2(db, "SELECT fts5(?1)", -1, &st, nullptr) == SQLITE_OK) {
-    sqlite3_bind_pointer(st, 1, &api, "fts5_api_ptr", nullptr);
-    sqlite3_step(st);
-  }
-  sqlite3_finalize(st);
-  return api;
 }
 
 // --- the connection's state -------------------------------------------------
