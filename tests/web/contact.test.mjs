@@ -59,6 +59,8 @@ test('a contact converted into a customer from the popup menu, then opened on th
   await messageBox().locator('button', { hasText: 'OK' }).click();
   await messageBox().waitFor({ state: 'detached' });
   await page.waitForFunction(() => !document.querySelector('.progress:not([hidden])'));
+  // The card is shown again with the contact converted before its menu is read.
+  await page.waitForFunction(() => document.querySelector('.panel:not([hidden]) [data-control="ckbConvertitoInCliente"] input')?.checked);
 
   // The item stays, disabled; the card shows the contact as converted.
   assert.deepEqual(await cardMenu(), [['Converti In Cliente', false], ['Sincronizza Contatto In Outlook', true]]);
