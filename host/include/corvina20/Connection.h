@@ -19,12 +19,16 @@ namespace corvina20 {
 
 namespace data {
 class Backend;
+class BackendPool;
 }
 
 class Connection : public std::enable_shared_from_this<Connection> {
  public:
-  // Host side: wraps an open backend.
+  // Host side: wraps an open backend, the connection's own for its life.
   explicit Connection(std::unique_ptr<data::Backend> backend);
+  // Host side: borrows a backend from `pool` when a statement needs one and
+  // keeps it until ReleaseBackend gives it back (see data/BackendPool.h).
+  explicit Connection(std::shared_ptr<data::BackendPool> pool);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -67,11 +71,19 @@ class Connection : public std::enable_shared_from_this<Connection> {
   // Raises kErrTransaction when the connection was abandoned.
   void RequireWritable() const;
 
-  // "sqlite" (later "postgresql").
+  // "sqlite" or "postgresql".
   std::string BackendName() const;
 
-  // Host side: the backend, for the host's own services.
+  // Host side: the backend, for the host's own services; a pooled
+  // connection borrows one if it has none. Valid until ReleaseBackend.
   data::Backend& Backend();
+
+  // Host side, between a session's requests: a pooled connection outside a
+  // transaction gives its backend back to the pool (true); the next
+  // statement borrows one again, maybe another, which sees the same
+  // committed data. A connection on its own backend, or in a transaction,
+  // keeps it (false).
+  bool ReleaseBackend();
 
  private:
   struct Impl;

@@ -12,27 +12,36 @@
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
 #include "data/Backend.h"
+#include "data/BackendPool.h"
 #include "data/tsql/TsqlTranslator.h"
 
 namespace corvina20 {
 
 struct Connection::Impl {
-  std::unique_ptr<data::Backend> backend;
+  std::unique_ptr<data::Backend> owned;  // see Bound
+  std::shared_ptr<data::BackendPool> pool;  // null for a connection on its own backend
   bool inTransaction = false;
   std::atomic<bool> abandoned{false};
   // Column lists by upper-cased table name; cleared after every statement
   // that is not a query, since work tables come and go at run time.
   std::map<std::string, std::vector<data::TableColumn>> columns;
 
+  // The backend statements run on: the connection's own, or one borrowed
+  // from the pool until ReleaseBackend.
+  data::Backend& Bound() {
+    if (!owned) owned = pool->Take();
+    return *owned;
+  }
+
   const std::vector<data::TableColumn>& ColumnsOf(std::string_view table) {
     std::string key = text::Upper(table);
     auto it = columns.find(key);
-    if (it == columns.end()) it = columns.emplace(key, backend->Columns(table)).first;
+    if (it == columns.end()) it = columns.emplace(key, Bound().Columns(table)).first;
     return it->second;
   }
 
   data::TranslatedSql Translate(std::string_view tsql) {
-    return data::TranslateTsql(tsql, backend->Dialect(),
+    return data::TranslateTsql(tsql, Bound().Dialect(),
                                [this](std::string_view table, std::string_view column)
                                    -> std::optional<std::string> {
                                  for (const auto& c : ColumnsOf(table))
@@ -46,9 +55,10 @@ struct Connection::Impl {
   void FillFreeTextTables(const data::TranslatedSql& sql) {
     for (const auto& call : sql.freeTexts) {
       const std::string table = "\"" + call.workTable + "\"";
-      backend->Run("CREATE TEMPORARY TABLE IF NOT EXISTS " + table + " (\"key\" integer, \"rank\" integer)", {});
-      backend->Run("DELETE FROM " + table, {});
-      auto rows = backend->FreeText(call.table, call.column, call.text, call.minRank);
+      data::Backend& backend = Bound();
+      backend.Run("CREATE TEMPORARY TABLE IF NOT EXISTS " + table + " (\"key\" integer, \"rank\" integer)", {});
+      backend.Run("DELETE FROM " + table, {});
+      auto rows = backend.FreeText(call.table, call.column, call.text, call.minRank);
       constexpr std::size_t kBatch = 500;
       for (std::size_t from = 0; from < rows.size(); from += kBatch) {
         std::string insert = "INSERT INTO " + table + " (\"key\", \"rank\") VALUES ";
@@ -58,7 +68,7 @@ struct Connection::Impl {
           values.emplace_back(static_cast<std::int32_t>(rows[i].first));
           values.emplace_back(static_cast<std::int32_t>(rows[i].second));
         }
-        backend->Run(insert, values);
+        backend.Run(insert, values);
       }
     }
   }
@@ -75,12 +85,12 @@ struct Connection::Impl {
                     "Parametri insufficienti per l'istruzione: " + statement);
       std::vector<Variant> mine(params.begin() + static_cast<long>(next),
                                 params.begin() + static_cast<long>(next + count));
-      if (backend->Dialect() == data::SqlDialect::Postgres)
+      if (Bound().Dialect() == data::SqlDialect::Postgres)
         for (std::size_t i = 0; i < count; ++i)
           if (next + i < sql.paramUses.size() && !Fits(mine[i], sql.paramUses[next + i]))
             mine[i] = Variant::Null();
       next += count;
-      last = backend->Run(statement, mine);
+      last = Bound().Run(statement, mine);
     }
     if (next != params.size())
       throw Error(kErrDatabase, "Corvina20.Data", "Parametri in eccesso per l'istruzione");
@@ -121,17 +131,26 @@ struct Connection::Impl {
 };
 
 Connection::Connection(std::unique_ptr<data::Backend> backend) : impl_(std::make_unique<Impl>()) {
-  impl_->backend = std::move(backend);
+  impl_->owned = std::move(backend);
+}
+
+Connection::Connection(std::shared_ptr<data::BackendPool> pool) : impl_(std::make_unique<Impl>()) {
+  impl_->pool = std::move(pool);
 }
 
 Connection::~Connection() {
-  if (impl_ && impl_->inTransaction) {
+  if (!impl_ || !impl_->owned) return;
+  if (impl_->inTransaction) {
     try {
-      impl_->backend->Rollback();
+      impl_->owned->Rollback();
+      impl_->inTransaction = false;
     } catch (...) {
-      // Closing: the backend drops the transaction with the connection anyway.
+      // Closing: the backend drops the transaction when it is closed, below.
     }
   }
+  // A borrowed backend goes back only clean; one whose rollback failed is
+  // closed with this connection.
+  if (impl_->pool && !impl_->inTransaction) impl_->pool->Give(std::move(impl_->owned));
 }
 
 RecordsetPtr Connection::OpenRecordset(std::string_view tsql, const std::vector<Variant>& params,
@@ -150,7 +169,7 @@ RecordsetPtr Connection::OpenRecordset(std::string_view tsql, const std::vector<
     // A backend that folds names gives aliases and computed columns back in
     // lower case: the field takes the name the query wrote. A bare table
     // column keeps the schema's spelling, which the backend reports.
-    if (impl_->backend->Dialect() == data::SqlDialect::Postgres && i < sql.columnNames.size() &&
+    if (impl_->Bound().Dialect() == data::SqlDialect::Postgres && i < sql.columnNames.size() &&
         text::EqualsNoCase(sql.columnNames[i], c.name) && !text::EqualsNoCase(c.name, c.baseColumn))
       f.name = sql.columnNames[i];
     f.baseTable = c.baseTable;
@@ -219,7 +238,7 @@ long Connection::Execute(std::string_view tsql, const std::vector<Variant>& para
 }
 
 void Connection::ExecuteNative(std::string_view sql) {
-  impl_->backend->RunScript(sql);
+  impl_->Bound().RunScript(sql);
   impl_->columns.clear();
 }
 
@@ -237,7 +256,7 @@ void Connection::BeginTrans() {
     throw Error(kErrTransaction, "Corvina20.Data",
                 "Una transazione è già aperta su questa connessione: le transazioni annidate non "
                 "sono ammesse");
-  impl_->backend->Begin();
+  impl_->Bound().Begin();
   impl_->inTransaction = true;
 }
 
@@ -247,10 +266,10 @@ void Connection::CommitTrans() {
   if (impl_->abandoned) {
     // The session ended while this transaction was open: none of it lands.
     impl_->inTransaction = false;
-    impl_->backend->Rollback();
+    impl_->Bound().Rollback();
     RequireWritable();
   }
-  impl_->backend->Commit();
+  impl_->Bound().Commit();
   impl_->inTransaction = false;
 }
 
@@ -258,7 +277,7 @@ void Connection::RollbackTrans() {
   if (!impl_->inTransaction)
     throw Error(kErrTransaction, "Corvina20.Data", "Nessuna transazione aperta da annullare");
   impl_->inTransaction = false;
-  impl_->backend->Rollback();
+  impl_->Bound().Rollback();
 }
 
 bool Connection::InTransaction() const { return impl_->inTransaction; }
@@ -282,8 +301,16 @@ std::vector<std::string> Connection::KeyColumns(std::string_view table) {
 
 bool Connection::TableExists(std::string_view table) { return !impl_->ColumnsOf(table).empty(); }
 
-std::string Connection::BackendName() const { return impl_->backend->Name(); }
+std::string Connection::BackendName() const {
+  return impl_->owned ? impl_->owned->Name() : impl_->pool->Name();
+}
 
-data::Backend& Connection::Backend() { return *impl_->backend; }
+data::Backend& Connection::Backend() { return impl_->Bound(); }
+
+bool Connection::ReleaseBackend() {
+  if (!impl_->pool || !impl_->owned || impl_->inTransaction) return false;
+  impl_->pool->Give(std::move(impl_->owned));
+  return true;
+}
 
 }  // namespace corvina20

@@ -3,6 +3,7 @@
 
 #include "corvina20/MervoStatus.h"
 #include "data/Backend.h"
+#include "data/BackendPool.h"
 #include "data/fulltext/FtsIndexes.h"
 #include "data/postgres/PgBackend.h"
 #include "data/postgres/PgFullText.h"
@@ -25,6 +26,10 @@ void LoadDemoDataWhenEmpty(Connection& connection) {
 ConnectionPtr OpenDatabase(const std::string& location) {
   if (data::IsPostgresLocation(location)) return std::make_shared<Connection>(data::OpenPgBackend(location));
   return std::make_shared<Connection>(data::OpenSqliteBackend(location));
+}
+
+ConnectionPtr OpenPooledDatabase(const std::string& location) {
+  return std::make_shared<Connection>(data::BackendPool::ForLocation(location));
 }
 
 int InitDatabase(Connection& connection, bool demo) {

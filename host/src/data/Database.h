@@ -14,6 +14,12 @@ namespace corvina20 {
 // Throws corvina20::Error kErrDatabase when it cannot be opened.
 ConnectionPtr OpenDatabase(const std::string& location);
 
+// A connection to `location` whose backend is borrowed from the process's
+// pool for it (data/BackendPool.h) and given back by
+// Connection::ReleaseBackend: for a server's sessions, idle most of the time.
+// Throws as OpenDatabase.
+ConnectionPtr OpenPooledDatabase(const std::string& location);
+
 // Brings the schema up to date (data/schema), fills the reference tables
 // that are empty (data/schema/ReferenceData.h) and, when `demo` is true and the
 // database holds no party yet, loads the demo data (data/demo). Returns the

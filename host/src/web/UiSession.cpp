@@ -7,7 +7,6 @@
 #include "corvina20/Card.h"
 #include "corvina20/Error.h"
 #include "data/Database.h"
-#include "data/fulltext/FtsWarm.h"
 #include "session/Dialog.h"
 
 namespace corvina20::web {
@@ -50,14 +49,15 @@ struct UiSession::Impl {
         tasks.pop_front();
       }
       task();
+      // Before the request returns: the backend goes back to the server's
+      // pool for the requests of other sessions (unless a transaction is
+      // still open), so that a session between its requests holds none.
+      connection->ReleaseBackend();
       {
         std::lock_guard lock(mutex);
         busy = false;  // the request's action (and any modal loop in it) is over
         changed.notify_all();
       }
-      // While the answer goes out: an idle session must not keep an older
-      // full-text copy alive.
-      data::fulltext::FollowNewestCopies(*connection);
     }
   }
 
@@ -173,7 +173,7 @@ UiSession::UiSession(std::string user, const std::string& database)
   auto started = ready.get_future();
   impl_->thread = std::thread([self, database, &ready] {
     try {
-      auto connection = OpenDatabase(database);
+      auto connection = OpenPooledDatabase(database);
       auto dialog = std::make_shared<ParkingDialog>([self](const MessageRequest& r) { return self->Park(r); });
       self->workspace = std::make_unique<Workspace>(connection, dialog);
       self->connection = connection;

@@ -41,7 +41,8 @@ struct Outcome {
 
 class UiSession {
  public:
-  // Opens its own connection to `database` and the module on its thread.
+  // Opens a connection to `database` (its backend borrowed from the
+  // server's pool while an action runs) and the module on its thread.
   // Throws corvina20::Error when the database or the module cannot be opened.
   UiSession(std::string user, const std::string& database);
   ~UiSession();  // closes (see Close)

@@ -146,7 +146,7 @@ struct WebHost::Impl {
   // address are what the limit slows down, while a whole staff behind one
   // address (a TLS proxy) logs in at once without refusing one another.
   std::map<std::string, std::deque<Clock::time_point>> failures;
-  std::mutex usersMutex;                  // the users' connection
+  std::mutex usersMutex;                  // the users' connection (pooled, as the sessions')
   ConnectionPtr usersConnection;
   std::unique_ptr<HttpServer> server;
   std::thread serving;
@@ -262,6 +262,7 @@ struct WebHost::Impl {
     {
       std::lock_guard lock(usersMutex);
       name = Users(usersConnection).Verify(user, password);
+      usersConnection->ReleaseBackend();
     }
     if (name.empty()) return Fail(401, "Utente o password errati");  // the attempt stays counted
     ReturnAttempt(key, *attempt);
@@ -439,7 +440,8 @@ struct WebHost::Impl {
 WebHost::WebHost(WebOptions options) : impl_(std::make_unique<Impl>()) {
   impl_->options = std::move(options);
   if (impl_->options.staticDir.empty()) impl_->options.staticDir = DefaultWebDirectory();
-  impl_->usersConnection = OpenDatabase(impl_->options.database);
+  // Pooled, as the sessions' are: it holds the pool for the server's life.
+  impl_->usersConnection = OpenPooledDatabase(impl_->options.database);
   impl_->server = std::make_unique<HttpServer>(Routes(), impl_->options.staticDir);
 }
 

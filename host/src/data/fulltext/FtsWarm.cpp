@@ -38,9 +38,9 @@ int WarmFullText(const std::string& database, const std::vector<std::string>& co
   return made;
 }
 
-void FollowNewestCopies(Connection& connection) {
+void FollowNewestCopies(Backend& backend) {
   try {
-    if (connection.BackendName() == "sqlite") connection.Backend().Run("SELECT corvina_ft_follow()", {});
+    if (backend.Dialect() == SqlDialect::Sqlite) backend.Run("SELECT corvina_ft_follow()", {});
   } catch (const std::exception&) {
     // The next search follows them anyway.
   }

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-namespace corvina20 {
-class Connection;
+namespace corvina20::data {
+class Backend;
 }
 
 namespace corvina20::data::fulltext {
@@ -27,11 +27,12 @@ inline const std::vector<std::string> kWarmColumns = {"RagioneSociale", "Citta"}
 // searches make what they need themselves.
 int WarmFullText(const std::string& database, const std::vector<std::string>& columns = kWarmColumns);
 
-// Moves the connection's full-text mirrors to the newest shared copies, so
-// that a session between its requests does not keep an older copy alive (a
+// Moves the backend's full-text mirrors to the newest shared copies, so
+// that a backend idle between requests does not keep an older copy alive (a
 // few tens of MB at a million parties each). Cheap when there is nothing to
-// do: no read. Call it between statements (after a request's action) on the
-// connection's own thread. Never throws; nothing on PostgreSQL.
-void FollowNewestCopies(Connection& connection);
+// do: no read. Call it between statements, outside a transaction (the
+// backend pool does, as a backend comes back). Never throws; nothing on
+// PostgreSQL.
+void FollowNewestCopies(Backend& backend);
 
 }  // namespace corvina20::data::fulltext
