@@ -44,6 +44,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <latch>
 #include <map>
 #include <mutex>
 #include <random>
@@ -163,15 +164,19 @@ class Server {
     waitpid(pid_, &status, 0);
   }
   // The server's peak resident memory so far, in MB.
-  double PeakMB() const {
-    std::ifstream in("/proc/" + std::to_string(pid_) + "/status");
-    for (std::string line; std::getline(in, line);)
-      if (line.rfind("VmHWM:", 0) == 0) return std::stod(line.substr(6)) / 1024.0;
-    return 0;
-  }
+  double PeakMB() const { return StatusMB("VmHWM:"); }
+  // What it holds resident now, in MB.
+  double ResidentMB() const { return StatusMB("VmRSS:"); }
   int Port() const { return port_; }
 
  private:
+  double StatusMB(const std::string& field) const {
+    std::ifstream in("/proc/" + std::to_string(pid_) + "/status");
+    for (std::string line; std::getline(in, line);)
+      if (line.rfind(field, 0) == 0) return std::stod(line.substr(field.size())) / 1024.0;
+    return 0;
+  }
+
   pid_t pid_ = -1;
   int port_;
 };
@@ -259,7 +264,25 @@ struct Results {
 };
 
 // One user's rounds.
-void Drive(int port, int index, int rounds, int thinkMs, const Register& reg, Results& results) {
+// Every user's rounds are over (or the user gave up) while all are still
+// logged in: the server's resident memory is read then, before the logouts.
+struct Finish {
+  explicit Finish(int users) : done(users) {}
+  std::latch done;
+  std::latch measured{1};
+};
+
+void Drive(int port, int index, int rounds, int thinkMs, const Register& reg, Results& results, Finish& finish) {
+  // A user who gives up early arrives as it leaves.
+  struct Arrive {
+    Finish& finish;
+    bool arrived = false;
+    void operator()() {
+      if (!arrived) finish.done.count_down();
+      arrived = true;
+    }
+    ~Arrive() { (*this)(); }
+  } arrive{finish};
   std::mt19937 random(static_cast<unsigned>(1000 + index));
   std::uniform_real_distribution<double> think(0.5 * thinkMs, 1.5 * thinkMs);
   auto pause = [&] { std::this_thread::sleep_for(std::chrono::duration<double, std::milli>(think(random))); };
@@ -338,6 +361,8 @@ void Drive(int port, int index, int rounds, int thinkMs, const Register& reg, Re
       return !out.is_null() && out["result"].is_object() && out["result"].value("done", false);
     });
   }
+  arrive();
+  finish.measured.wait();
   user.Post("/api/logout", json::object());
 }
 
@@ -360,13 +385,17 @@ void Run(const Register& reg, long size, int users, int rounds, int thinkMs, int
   Results results;
   std::vector<std::thread> threads;
   start = Clock::now();
+  Finish finish(users);
   for (int i = 1; i <= users; ++i)
-    threads.emplace_back([&, i] { Drive(port, i, rounds, thinkMs, reg, results); });
-  for (auto& t : threads) t.join();
+    threads.emplace_back([&, i] { Drive(port, i, rounds, thinkMs, reg, results, finish); });
+  finish.done.wait();
   const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  const double residentMB = server.ResidentMB();
+  finish.measured.count_down();
+  for (auto& t : threads) t.join();
   std::printf("\n%ld parties, %d users x %d rounds (think %d ms), %.0f s; warm-up search %.0f ms; "
-              "server peak %.0f MB (%.0f MB after the warm-up)\n",
-              size, users, rounds, thinkMs, seconds, warmMs, server.PeakMB(), idleMB);
+              "server peak %.0f MB (%.0f MB after the warm-up, %.0f MB resident with every user in at the end)\n",
+              size, users, rounds, thinkMs, seconds, warmMs, server.PeakMB(), idleMB, residentMB);
   std::printf("| action | n | p50 ms | p99 ms | max ms | errors |\n|---|---|---|---|---|---|\n");
   for (const char* action : {"login", "open", "list", "search", "save", "close", "contact"}) {
     std::vector<double>& ms = results.ms[action];

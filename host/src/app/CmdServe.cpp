@@ -1,4 +1,5 @@
 // `corvina serve` (the web host) and `corvina users` (its accounts).
+#include <malloc.h>
 #include <signal.h>
 
 #include <filesystem>
@@ -41,6 +42,12 @@ void AddServeCommand(CLI::App& app) {
   cmd->add_flag("--allow-demo-remote", *remoteDemo,
                 "Ammette l'utente dimostrativo anche su un indirizzo non di loopback");
   cmd->callback([db, listen, timeout, tlsProxy, remoteDemo] {
+    // A server runs a thread per connection and per session, and glibc gives
+    // threads up to eight heaps per core: at fifty users each heap kept its
+    // own freed memory: at fifty users the heaps held 105 MB for 45 MB in
+    // use, and the server peaked at 169 MB; with two heaps at 147 MB, the
+    // request times the same. MALLOC_ARENA_MAX, when set, wins.
+    if (!std::getenv("MALLOC_ARENA_MAX")) mallopt(M_ARENA_MAX, 2);
     web::WebOptions options;
     options.database = *db;
     options.sessionTimeoutSeconds = *timeout;

@@ -1,7 +1,8 @@
 // What a server does for the shared copies of a database's full-text indexes
 // (FtsShared.h): makes them before the first search needs them (in the
 // background when it starts, so that no user's first duplicate search pays
-// for it), and moves each session to the newest after its requests.
+// for it), and moves each backend of a server to the newest as it comes back
+// to the pool after a request.
 #pragma once
 
 #include <string>
