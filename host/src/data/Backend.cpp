@@ -5,6 +5,8 @@
 
 namespace corvina20::data {
 
+void Backend::FollowNewestCopies() {}
+
 std::vector<std::pair<std::int64_t, int>> Backend::FreeText(const std::string& table, const std::string& column,
                                                             const std::string&, int) {
   throw Error(kErrDatabase, "Corvina20.FullText",

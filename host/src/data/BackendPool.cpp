@@ -3,7 +3,6 @@
 
 #include <map>
 
-#include "data/fulltext/FtsWarm.h"
 #include "data/postgres/PgBackend.h"
 #include "data/sqlite/SqliteBackend.h"
 
@@ -33,7 +32,7 @@ std::shared_ptr<BackendPool> BackendPool::ForLocation(const std::string& locatio
       return OpenSqliteBackend(location);
     };
     // A backend waiting idle must not keep an older full-text copy alive.
-    pool = std::make_shared<BackendPool>(std::move(open), fulltext::FollowNewestCopies, kIdleKept);
+    pool = std::make_shared<BackendPool>(std::move(open), [](Backend& b) { b.FollowNewestCopies(); }, kIdleKept);
     pools[location] = pool;
   }
   return pool;

@@ -87,7 +87,7 @@ TEST(SharedMirror, SessionsShareOneCopyAndAWritersUncommittedRowsStayItsOwn) {
   EXPECT_EQ(Keys(SearchOn(*other, "Noto9")), (std::vector<std::int32_t>{50009}));
   EXPECT_EQ(shared->Advances(), 2);
   EXPECT_FALSE(older.expired());  // the other connections still hold it
-  for (ConnectionPtr c : {db.Conn(), reader}) data::fulltext::FollowNewestCopies(c->Backend());
+  for (ConnectionPtr c : {db.Conn(), reader}) c->Backend().FollowNewestCopies();
   EXPECT_TRUE(older.expired());
   EXPECT_EQ(Keys(db.Search("Noto9", 1)), (std::vector<std::int32_t>{50009}));
 

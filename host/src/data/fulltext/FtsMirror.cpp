@@ -197,6 +197,36 @@ void MirrorData::ForEachRow(const std::function<void(std::int64_t, std::span<con
     if (s.count > 0) each(key, {pool_.data() + s.offset, s.count});
 }
 
+std::optional<std::span<const std::uint32_t>> MirrorData::KeysOf(std::uint32_t id) const {
+  std::call_once(termRows_.once, [this] { MakeTermRows(termRows_.rows); });
+  const TermRows& t = termRows_.rows;
+  if (!t.usable) return std::nullopt;
+  if (id + 1 >= t.start.size()) return std::span<const std::uint32_t>{};
+  return std::span<const std::uint32_t>(t.keys.data() + t.start[id], t.start[id + 1] - t.start[id]);
+}
+
+void MirrorData::MakeTermRows(TermRows& out) const {
+  // Two passes over the rows: how many each term holds, then where. The
+  // dense keys come in ascending order; the sparse ones are sorted after.
+  std::vector<std::uint32_t> count(terms_.size() + 1, 0);
+  bool fits = true;
+  ForEachRow([&](std::int64_t key, std::span<const std::uint32_t> terms) {
+    if (key < 0 || key > static_cast<std::int64_t>(UINT32_MAX)) fits = false;
+    for (std::uint32_t id : terms) ++count[id + 1];
+  });
+  if (!fits) return;
+  for (std::size_t i = 1; i < count.size(); ++i) count[i] += count[i - 1];
+  out.start = count;
+  out.keys.resize(count.back());
+  ForEachRow([&](std::int64_t key, std::span<const std::uint32_t> terms) {
+    for (std::uint32_t id : terms) out.keys[count[id]++] = static_cast<std::uint32_t>(key);
+  });
+  if (!sparse_.empty())
+    for (std::size_t id = 0; id + 1 < out.start.size(); ++id)
+      std::sort(out.keys.begin() + out.start[id], out.keys.begin() + out.start[id + 1]);
+  out.usable = true;
+}
+
 // --- IndexMirror ------------------------------------------------------------
 
 IndexMirror::IndexMirror(MirrorSource& source, std::string database, std::string table, std::string column)
@@ -215,6 +245,30 @@ void IndexMirror::ForEachRow(const std::function<void(std::int64_t, std::span<co
   if (!plain_)
     for (const auto& [key, terms] : rows_)
       if (!terms.empty()) each(key, terms);
+}
+
+void IndexMirror::ForEachRowHolding(const std::vector<std::string>& terms,
+                                    const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const {
+  std::vector<std::uint32_t> keys;
+  for (const std::string& term : terms) {
+    std::optional<std::uint32_t> id = base_->Lookup(term);
+    if (!id) continue;  // only rows the connection sees otherwise hold it
+    std::optional<std::span<const std::uint32_t>> holding = base_->KeysOf(*id);
+    if (!holding) {
+      ForEachRow(each);
+      return;
+    }
+    keys.insert(keys.end(), holding->begin(), holding->end());
+  }
+  if (terms.size() > 1) {
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+  }
+  for (std::uint32_t key : keys)
+    if (plain_ || rows_.find(key) == rows_.end()) each(key, base_->RowTerms(key));
+  if (!plain_)
+    for (const auto& [key, rowTerms] : rows_)
+      if (!rowTerms.empty()) each(key, rowTerms);
 }
 
 namespace {

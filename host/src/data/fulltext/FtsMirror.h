@@ -25,6 +25,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -132,8 +133,30 @@ class MirrorData {
   void Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const;
   // The index's likeness power (LikenessPower).
   double Power() const { return power_; }
+  // The keys of the copy's rows holding term `id`, ascending (none for a
+  // number the copy did not give). What a backend without a term index of
+  // its own (PostgreSQL) narrows its searches with: made on the first call,
+  // once per copy and from any thread, about 4 bytes a row and term. None at
+  // all when a key does not fit in 32 bits (the caller ranks every row).
+  std::optional<std::span<const std::uint32_t>> KeysOf(std::uint32_t id) const;
 
  private:
+  // The rows of each term (KeysOf): keys[start[id] .. start[id + 1]).
+  struct TermRows {
+    std::vector<std::uint32_t> start;
+    std::vector<std::uint32_t> keys;
+    bool usable = false;
+  };
+  // Made once on first use; a copy of the data (Advance) makes its own.
+  struct LazyTermRows {
+    LazyTermRows() = default;
+    LazyTermRows(const LazyTermRows&) {}
+    LazyTermRows& operator=(const LazyTermRows&) { return *this; }
+    std::once_flag once;
+    TermRows rows;
+  };
+  void MakeTermRows(TermRows& out) const;
+
   struct Span {
     std::uint32_t offset = 0;
     std::uint32_t count = 0;
@@ -192,6 +215,8 @@ class MirrorData {
   mutable std::vector<std::pair<std::uint64_t, std::uint32_t>> typoKeys_;
   mutable std::size_t typoSorted_ = 0;
   mutable std::size_t typoTerms_ = 0;  // the dictionary's terms covered
+
+  mutable LazyTermRows termRows_;
 };
 
 class IndexMirror {
@@ -245,9 +270,15 @@ class IndexMirror {
   void Neighbours(std::string_view term, std::vector<std::uint32_t>& out) const;
   // Calls `each` with the key and the terms (as RowTerms) of every row with
   // terms that the connection sees: the copy's rows, with those it sees
-  // otherwise in their place. What a backend without a term index (PostgreSQL)
-  // ranks a search over.
+  // otherwise in their place.
   void ForEachRow(const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const;
+  // As ForEachRow, each row once, leaving out rows of the copy that hold none
+  // of `terms` (MirrorData::KeysOf; every row when the copy cannot tell);
+  // the rows the connection sees otherwise are all given. What a backend
+  // without a term index (PostgreSQL) ranks a search over, with the
+  // candidate terms of its least rank (CandidateParts).
+  void ForEachRowHolding(const std::vector<std::string>& terms,
+                         const std::function<void(std::int64_t, std::span<const std::uint32_t>)>& each) const;
 
   const std::string& Table() const { return table_; }
   const std::string& Column() const { return column_; }

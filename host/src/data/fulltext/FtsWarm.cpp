@@ -38,12 +38,4 @@ int WarmFullText(const std::string& database, const std::vector<std::string>& co
   return made;
 }
 
-void FollowNewestCopies(Backend& backend) {
-  try {
-    if (backend.Dialect() == SqlDialect::Sqlite) backend.Run("SELECT corvina_ft_follow()", {});
-  } catch (const std::exception&) {
-    // The next search follows them anyway.
-  }
-}
-
 }  // namespace corvina20::data::fulltext

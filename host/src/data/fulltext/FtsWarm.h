@@ -1,16 +1,12 @@
 // What a server does for the shared copies of a database's full-text indexes
 // (FtsShared.h): makes them before the first search needs them (in the
 // background when it starts, so that no user's first duplicate search pays
-// for it), and moves each backend of a server to the newest as it comes back
-// to the pool after a request.
+// for it). A server's backends move to the newest as they come back to its
+// pool after a request (Backend::FollowNewestCopies).
 #pragma once
 
 #include <string>
 #include <vector>
-
-namespace corvina20::data {
-class Backend;
-}
 
 namespace corvina20::data::fulltext {
 
@@ -27,13 +23,5 @@ inline const std::vector<std::string> kWarmColumns = {"RagioneSociale", "Citta"}
 // made. Never throws: a database that cannot be opened gives 0, and the
 // searches make what they need themselves.
 int WarmFullText(const std::string& database, const std::vector<std::string>& columns = kWarmColumns);
-
-// Moves the backend's full-text mirrors to the newest shared copies, so
-// that a backend idle between requests does not keep an older copy alive (a
-// few tens of MB at a million parties each). Cheap when there is nothing to
-// do: no read. Call it between statements, outside a transaction (the
-// backend pool does, as a backend comes back). Never throws; nothing on
-// PostgreSQL.
-void FollowNewestCopies(Backend& backend);
 
 }  // namespace corvina20::data::fulltext

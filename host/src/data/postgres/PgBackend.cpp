@@ -262,6 +262,14 @@ class PgBackend final : public Backend {
     return fullText_->Search(table, column, text, minRank);
   }
 
+  void FollowNewestCopies() override {
+    try {
+      if (fullText_ && !inTransaction_) fullText_->FollowNewest();
+    } catch (const std::exception&) {
+      // The next search follows them anyway.
+    }
+  }
+
   // Temporary tables (work tables) come first, as the server resolves names.
   std::vector<TableColumn> Columns(std::string_view table) override {
     static const char* kSql =

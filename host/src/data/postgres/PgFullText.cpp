@@ -150,6 +150,10 @@ FullTextSearch::FullTextSearch(Backend& backend, std::string database, std::func
 
 FullTextSearch::~FullTextSearch() = default;
 
+void FullTextSearch::FollowNewest() {
+  for (auto& index : indexes_) index->mirror.FollowNewest();
+}
+
 std::vector<std::pair<std::int64_t, int>> FullTextSearch::Search(const std::string& table, const std::string& column,
                                                                  const std::string& text, int minRank) {
   Index* index = nullptr;
@@ -164,8 +168,13 @@ std::vector<std::pair<std::int64_t, int>> FullTextSearch::Search(const std::stri
   fulltext::IndexMirror& mirror = index->mirror;
   mirror.Sync();
   fulltext::SearchedText searched(mirror, text);
+  // Only rows holding a term that can lift them to minRank, as SQLite's
+  // index gives them (FtsSqlite.cpp): the same rows, the same ranks.
+  std::vector<std::string> candidates;
+  for (const fulltext::CandidatePart& part : fulltext::CandidateParts(searched.Terms(), minRank, searched.Power()))
+    candidates.push_back(part.term);
   std::vector<std::pair<std::int64_t, int>> found;
-  mirror.ForEachRow([&](std::int64_t key, std::span<const std::uint32_t> terms) {
+  mirror.ForEachRowHolding(candidates, [&](std::int64_t key, std::span<const std::uint32_t> terms) {
     double score = searched.RankTerms(mirror, terms);
     if (score < 0) return;
     int rank = fulltext::RoundRank(score);

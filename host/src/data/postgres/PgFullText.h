@@ -42,6 +42,8 @@ class FullTextSearch {
   // Throws corvina20::Error kErrDatabase when the index is missing.
   std::vector<std::pair<std::int64_t, int>> Search(const std::string& table, const std::string& column,
                                                    const std::string& text, int minRank);
+  // IndexMirror::FollowNewest on every mirror. Throws as it does.
+  void FollowNewest();
 
  private:
   struct Index;

@@ -118,6 +118,14 @@ class SqliteBackend final : public Backend {
   }
   ~SqliteBackend() override { fulltext::ReleaseFullText(db_); sqlite3_close_v2(db_); }
 
+  void FollowNewestCopies() override {
+    try {
+      Run("SELECT corvina_ft_follow()", {});
+    } catch (const std::exception&) {
+      // The next search follows them anyway.
+    }
+  }
+
   SqlDialect Dialect() const override { return SqlDialect::Sqlite; }
   std::string Name() const override { return "sqlite"; }
 
