@@ -37,6 +37,7 @@ int InitDatabase(Connection& connection, bool demo) {
   if (connection.Backend().Dialect() == data::SqlDialect::Postgres) {
     // Made with the collation from the start.
     data::pg::EnsureFullTextIndexes(connection);
+    data::listsearch::EnsureListSearchIndexes(connection);
     data::FillReferenceTables(connection);
     if (demo) LoadDemoDataWhenEmpty(connection);
     return applied;

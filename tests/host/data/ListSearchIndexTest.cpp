@@ -42,7 +42,6 @@ TEST(ListSearchIndex, ATextLikeFindsHoldsEveryTrigramOfTheSearch) {
 }
 
 TEST(ListSearchIndex, CandidatesFollowTheRowsAndGiveWayToAScan) {
-  if (OnPostgres()) GTEST_SKIP() << "the index is SQLite's; PostgreSQL lists scan";
   TestDatabase db;
   const ConnectionPtr& c = db.connection;
   const std::vector<std::string> columns = {"RagioneSociale", "Citta"};

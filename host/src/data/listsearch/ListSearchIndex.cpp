@@ -12,6 +12,7 @@
 #include "corvina20/Error.h"
 #include "data/Backend.h"
 #include "data/text/TextFold.h"
+#include "data/postgres/PgListSearch.h"
 #include "data/sqlite/Fts5.h"
 
 namespace corvina20::data::listsearch {
@@ -184,7 +185,11 @@ std::vector<std::string> Trigrams(std::string_view text) {
 
 int EnsureListSearchIndexes(Connection& connection) {
   Backend& backend = connection.Backend();
-  if (backend.Dialect() != SqlDialect::Sqlite) return 0;
+  if (backend.Dialect() == SqlDialect::Postgres) {
+    int built = 0;
+    for (const IndexedTable& t : Indexed()) built += pg::EnsureListSearchIndexes(connection, t.table, t.columns);
+    return built;
+  }
   connection.BeginTrans();
   int built = 0;
   try {
@@ -217,7 +222,8 @@ std::optional<std::vector<Variant>> ListSearchCandidates(Connection& connection,
   std::vector<std::string> grams = Trigrams(search);
   if (grams.empty()) return std::nullopt;
   Backend& backend = connection.Backend();
-  if (backend.Dialect() != SqlDialect::Sqlite) return std::nullopt;
+  if (backend.Dialect() == SqlDialect::Postgres)
+    return pg::ListSearchCandidates(connection, t->table, t->key, columns, search, most);
   // A database not brought to this version (no InitDatabase yet) scans.
   if (backend.Columns(IndexName(t->table)).empty()) return std::nullopt;
   // Every trigram, each a quoted FTS5 string: the rows holding all of them.
