@@ -11,7 +11,9 @@
 //
 // Registers are generated once (PartyGenerator, seed 20: every party a
 // customer) into $CORVINA_BENCH_DIR (default <build>/bench-data) as
-// lists-<n>.db and reused. Reported per case and size: p50 and p99 of one
+// lists-<n>.db and reused; LISTS_BENCH_DB=<location> measures one made
+// already instead (on PostgreSQL: `corvina copy lists-1000000.db
+// postgresql://…/lists`, then --sizes=1000000). Reported per case and size: p50 and p99 of one
 // page in milliseconds over the iterations, and the rows it returned.
 #include <benchmark/benchmark.h>
 
@@ -58,9 +60,13 @@ Register& Open(std::size_t n) {
   static std::map<std::size_t, Register> registers;
   auto found = registers.find(n);
   if (found != registers.end()) return found->second;
+  // LISTS_BENCH_DB: a register already made, on either backend (a copy of
+  // lists-N.db, `corvina copy`), for one size.
+  const char* given = std::getenv("LISTS_BENCH_DB");
   std::filesystem::create_directories(CacheDirectory());
-  const std::string path = CacheDirectory() + "/lists-" + std::to_string(n) + ".db";
-  if (!std::filesystem::exists(path)) {
+  const std::string path =
+      given && *given ? std::string(given) : CacheDirectory() + "/lists-" + std::to_string(n) + ".db";
+  if (!(given && *given) && !std::filesystem::exists(path)) {
     std::fprintf(stderr, "record_list_bench: generating %zu parties into %s\n", n, path.c_str());
     ConnectionPtr c = corvina20::OpenDatabase(path);
     corvina20::data::ApplySchema(*c, corvina20::DataDirectory() + "/schema");

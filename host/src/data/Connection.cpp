@@ -103,19 +103,33 @@ struct Connection::Impl {
   }
 
   // False for a text that is not a number of the kind `use` asks for
-  // (blanks around, a sign, digits, and a decimal point for kNumber): the
-  // server would refuse it where SQLite compares it as unequal.
+  // (blanks around, a sign, digits, and a decimal point for kNumber), or a
+  // whole number beyond its type's range: the server would refuse it where
+  // SQLite compares it as unequal.
   static bool Fits(const Variant& v, data::TranslatedSql::ParamUse use) {
-    if (use == data::TranslatedSql::kAnything || v.Kind() != VariantKind::String) return true;
+    using Use = data::TranslatedSql;
+    if (use == Use::kAnything || v.Kind() != VariantKind::String) return true;
     std::string_view s = text::Trim(v.StringRef());
+    const bool negative = !s.empty() && s.front() == '-';
     if (!s.empty() && (s.front() == '+' || s.front() == '-')) s.remove_prefix(1);
     bool digits = false, point = false;
     for (char c : s) {
       if (c >= '0' && c <= '9') digits = true;
-      else if (c == '.' && !point && use == data::TranslatedSql::kNumber) point = true;
+      else if (c == '.' && !point && use == Use::kNumber) point = true;
       else return false;
     }
-    return digits;
+    if (!digits || use == Use::kNumber) return digits;
+    // The magnitude against the type's limit (the negative limit one more).
+    const std::uint64_t limit = use == Use::kBigWhole ? 9223372036854775807ULL
+                                : use == Use::kSmallWhole ? 32767ULL
+                                                          : 2147483647ULL;
+    std::uint64_t magnitude = 0;
+    for (char c : s) {
+      const std::uint64_t digit = static_cast<std::uint64_t>(c - '0');
+      if (magnitude > (limit + 1 - digit) / 10) return false;
+      magnitude = magnitude * 10 + digit;
+    }
+    return magnitude <= limit + (negative ? 1 : 0);
   }
 
   // '?' outside string literals and quoted identifiers.

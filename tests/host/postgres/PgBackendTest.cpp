@@ -84,6 +84,13 @@ TEST(PgBackend, TextComparesWithoutCaseButWithAccents) {
   EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant(" 2 "), Variant("x")}), 1);
   for (const char* text : {"1.5", "1e3", "inf", "nan", "-", "0x1"})
     EXPECT_EQ(Count(db, "IdAnagrafica = ?", {Variant(text)}), 0) << text;
+  // Whole numbers beyond the column's type (a VAT number typed in a list's
+  // search box, compared with the int key) match nothing either.
+  for (const char* text : {"36888310707", "2147483648", "-2147483649", "99999999999999999999999"})
+    EXPECT_EQ(Count(db, "IdAnagrafica = ? OR RagioneSociale LIKE ?", {Variant(text), Variant("x")}), 0) << text;
+  EXPECT_EQ(Count(db, "IdAnagrafica = ?", {Variant("-2147483648")}), 0);
+  EXPECT_EQ(Count(db, "Cliente = ?", {Variant("40000")}), 0);
+  EXPECT_EQ(Count(db, "IdAnagrafica = ?", {Variant("+2")}), 1);
   EXPECT_EQ(Count(db, "SpeseTrasporto = ?", {Variant("abc")}), 0);
   auto grouped = db.OpenRecordset("SELECT upper(RagioneSociale) AS R, COUNT(*) AS N FROM STDAnagrafiche "
                                   "WHERE RagioneSociale IN ('ROSSI SPA', 'rossi spa') GROUP BY upper(RagioneSociale)");

@@ -54,7 +54,7 @@ TEST(PgTranslation, NamesFoldedFunctionsAndConversions) {
             "ORDER BY \"ragionesociale\" DESC NULLS LAST");
   using Use = data::TranslatedSql::ParamUse;
   EXPECT_EQ(ordered.paramUses, (std::vector<Use>{data::TranslatedSql::kWholeNumber, data::TranslatedSql::kAnything,
-                                                 data::TranslatedSql::kWholeNumber}));
+                                                 data::TranslatedSql::kSmallWhole}));
 }
 
 TEST(PgTranslation, TextRuleLikeAndComparisons) {

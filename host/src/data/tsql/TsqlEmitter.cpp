@@ -506,9 +506,14 @@ namespace {
 
 TranslatedSql::ParamUse UseFor(const std::string& type) {
   switch (FamilyOf(type)) {
-    case TypeFamily::Integer:
     case TypeFamily::Bit:
+      return TranslatedSql::kSmallWhole;
+    case TypeFamily::Integer: {
+      const std::string name = NormalizeType(type);
+      if (name.rfind("bigint", 0) == 0) return TranslatedSql::kBigWhole;
+      if (name.rfind("smallint", 0) == 0 || name.rfind("tinyint", 0) == 0) return TranslatedSql::kSmallWhole;
       return TranslatedSql::kWholeNumber;
+    }
     case TypeFamily::Exact:
     case TypeFamily::Float:
       return TranslatedSql::kNumber;

@@ -35,11 +35,13 @@ struct TranslatedSql {
   // lower case; the Connection gives the fields these names back.
   std::vector<std::string> columnNames;
   // For each "?" across the statements, in order: what it is compared with
-  // (IdAnagrafica = ?): kWholeNumber for an integer or bit, kNumber for
-  // another number, kAnything otherwise. A text that is no such number
-  // compares false there on SQLite; PostgreSQL refuses it, so the Connection
-  // binds NULL instead (the comparison is then false as well).
-  enum ParamUse : char { kAnything = 0, kWholeNumber = 'i', kNumber = 'n' };
+  // (IdAnagrafica = ?): kWholeNumber for an int, kSmallWhole for a
+  // smallint, tinyint or bit, kBigWhole for a bigint, kNumber for another
+  // number, kAnything otherwise. A text that is no such number, or a whole
+  // number beyond the type's range (an 11-digit VAT number against an int
+  // key), compares false there on SQLite; PostgreSQL refuses it, so the
+  // Connection binds NULL instead (the comparison is then false as well).
+  enum ParamUse : char { kAnything = 0, kWholeNumber = 'i', kSmallWhole = 's', kBigWhole = 'b', kNumber = 'n' };
   std::vector<ParamUse> paramUses;
   // FREETEXTTABLE calls the host evaluates before the statements run
   // (PostgreSQL): their KEY and RANK rows go into the temporary table
