@@ -48,6 +48,10 @@ class Connection : public std::enable_shared_from_this<Connection> {
   // Runs text already in the backend's own dialect, untranslated: for the
   // host's schema and data scripts only, never for module SQL.
   void ExecuteNative(std::string_view sql);
+  // Host side: the statements in the backend's dialect that `tsql` becomes,
+  // as OpenRecordset and Execute would run them (for plans and diagnostics).
+  // Raises kErrDatabase as they do for text outside the subset.
+  std::vector<std::string> NativeStatements(std::string_view tsql);
 
   // One transaction at a time. BeginTrans while one is open, and Commit or
   // Rollback without one, raise kErrTransaction.

@@ -41,13 +41,18 @@ struct Connection::Impl {
   }
 
   data::TranslatedSql Translate(std::string_view tsql) {
-    return data::TranslateTsql(tsql, Bound().Dialect(),
-                               [this](std::string_view table, std::string_view column)
-                                   -> std::optional<std::string> {
-                                 for (const auto& c : ColumnsOf(table))
-                                   if (text::EqualsNoCase(c.name, column)) return c.declType;
-                                 return std::nullopt;
-                               });
+    return data::TranslateTsql(
+        tsql, Bound().Dialect(),
+        [this](std::string_view table, std::string_view column) -> std::optional<std::string> {
+          for (const auto& c : ColumnsOf(table))
+            if (text::EqualsNoCase(c.name, column)) return c.declType;
+          return std::nullopt;
+        },
+        [this](std::string_view table, std::string_view column) {
+          for (const auto& c : ColumnsOf(table))
+            if (text::EqualsNoCase(c.name, column)) return c.notNull || c.keyPosition > 0;
+          return false;
+        });
   }
 
   // FREETEXTTABLE left to the host: each search's KEY and RANK rows into its
@@ -254,6 +259,10 @@ long Connection::Execute(std::string_view tsql, const std::vector<Variant>& para
   data::ResultSet rs = impl_->RunAll(sql, params);
   impl_->columns.clear();
   return rs.changes;
+}
+
+std::vector<std::string> Connection::NativeStatements(std::string_view tsql) {
+  return impl_->Translate(tsql).statements;
 }
 
 void Connection::ExecuteNative(std::string_view sql) {

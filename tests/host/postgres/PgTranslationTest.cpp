@@ -52,6 +52,23 @@ TEST(PgTranslation, NamesFoldedFunctionsAndConversions) {
       data::SqlDialect::Postgres, Lookup);
   EXPECT_EQ(ordered.statements[0].substr(ordered.statements[0].find("ORDER")),
             "ORDER BY \"ragionesociale\" DESC NULLS LAST");
+  // A column that is never NULL gets no NULLS clause, so the server can read
+  // its index in order (a list's page by code); with a join, or a column that
+  // may be NULL, the clause stays.
+  auto keyNotNull = [](std::string_view table, std::string_view column) {
+    return table == "STDAnagrafiche" && column == "IdAnagrafica";
+  };
+  auto orderOf = [&](const std::string& tsql) {
+    std::string sql = data::TranslateTsql(tsql, data::SqlDialect::Postgres, Lookup, keyNotNull).statements[0];
+    return sql.substr(sql.find("ORDER BY"));
+  };
+  EXPECT_EQ(orderOf("SELECT TOP 50 IdAnagrafica FROM STDAnagrafiche WHERE IdAnagrafica > ? ORDER BY IdAnagrafica"),
+            "ORDER BY \"idanagrafica\" LIMIT 50");
+  EXPECT_EQ(orderOf("SELECT A.IdAnagrafica AS K FROM STDAnagrafiche A ORDER BY RagioneSociale DESC, K"),
+            "ORDER BY \"ragionesociale\" DESC NULLS LAST, \"k\"");
+  EXPECT_EQ(orderOf("SELECT A.IdAnagrafica FROM STDAnagrafiche A LEFT JOIN STDAnagrafiche B ON B.IdAnagrafica = "
+                    "A.IdAnagrafica ORDER BY B.IdAnagrafica"),
+            "ORDER BY \"b\".\"idanagrafica\" NULLS FIRST");
   using Use = data::TranslatedSql::ParamUse;
   EXPECT_EQ(ordered.paramUses, (std::vector<Use>{data::TranslatedSql::kWholeNumber, data::TranslatedSql::kAnything,
                                                  data::TranslatedSql::kSmallWhole}));
@@ -109,7 +126,8 @@ TEST(PgTranslation, SchemaDdl) {
   EXPECT_EQ(out[3], "COMMENT ON COLUMN \"stdnote\".\"nota\" IS 'ntext Nota'");
   EXPECT_EQ(out[6], "CREATE TRIGGER \"stdnote_identity\" AFTER INSERT ON \"stdnote\" FOR EACH STATEMENT "
                     "EXECUTE FUNCTION corvina_identity_follow('idnota')");
-  EXPECT_EQ(out[7], "CREATE INDEX \"ix_stdnote_data\" ON \"stdnote\" (\"data\" DESC)");
+  // NULLs where SQL Server and SQLite put them, so the sorted lists read it.
+  EXPECT_EQ(out[7], "CREATE INDEX \"ix_stdnote_data\" ON \"stdnote\" (\"data\" DESC NULLS LAST)");
   EXPECT_EQ(out[8], "ALTER TABLE \"stdnote\" ADD COLUMN \"codice\" text COLLATE corvina_ci");
   EXPECT_EQ(out[9], "COMMENT ON COLUMN \"stdnote\".\"codice\" IS 'varchar(5) Codice'");
 }

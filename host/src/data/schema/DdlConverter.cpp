@@ -595,7 +595,22 @@ class Parser {
     if (IsKeyword(after, "INCLUDE") || IsKeyword(after, "WHERE") || IsKeyword(after, "WITH")) {
       Fail(after.line, after.text + " non gestito nell'indice " + name);
     }
-    return sql + "INDEX " + name + " ON " + table + " " + KeyListSql(columns);
+    return sql + "INDEX " + name + " ON " + table + " " + IndexKeyListSql(columns);
+  }
+
+  // PostgreSQL puts NULLs last in ascending order, SQL Server and SQLite
+  // first, and the translator keeps their order (NULLS FIRST): an index
+  // ordered the server's way could not serve those ORDER BYs, and a list's
+  // page by name would sort the whole table.
+  std::string IndexKeyListSql(const std::vector<KeyColumn>& keys) const {
+    if (!pg_) return KeyListSql(keys);
+    std::string sql = "(";
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      if (i > 0) sql += ", ";
+      sql += N(keys[i].name);
+      sql += keys[i].order == "DESC" ? " DESC NULLS LAST" : " NULLS FIRST";
+    }
+    return sql + ")";
   }
 
   // The body of a view is kept as written: it must be written in SQL that

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -73,6 +74,48 @@ void RollbackQuietly(Connection& connection) {
   }
 }
 
+// PostgreSQL: the schema's indexes made before they kept NULLs first
+// (DdlConverter: as the queries sort them) are made again, so that an ORDER
+// BY reads them in order instead of sorting the table.
+void RenewIndexNullOrder(Connection& connection, const std::vector<std::filesystem::path>& files) {
+  auto nameOf = [](std::string word) {
+    std::erase(word, '"');
+    return text::Lower(word);
+  };
+  std::map<std::string, std::string> creates;  // by index name, the last file's
+  for (const auto& path : files)
+    for (const std::string& statement : ConvertDdlStatements(ReadFile(path), SqlDialect::Postgres)) {
+      std::istringstream words(statement);
+      std::string verb, what, name;
+      words >> verb >> what;
+      if (what == "UNIQUE") words >> what;
+      if (what != "INDEX") continue;
+      words >> name;
+      if (verb == "CREATE") creates[nameOf(name)] = statement;
+      if (verb == "DROP") creates.erase(nameOf(name));
+    }
+  std::vector<std::string> renew;
+  for (const auto& row : connection.Backend()
+                             .Run("SELECT indexname, indexdef FROM pg_indexes WHERE schemaname = current_schema()", {})
+                             .rows) {
+    auto it = creates.find(row[0].ToString());
+    if (it != creates.end() && row[1].ToString().find("NULLS") == std::string::npos) renew.push_back(it->first);
+  }
+  if (renew.empty()) return;
+  connection.BeginTrans();
+  try {
+    for (const std::string& name : renew) {
+      connection.ExecuteNative("DROP INDEX \"" + name + "\"");
+      connection.ExecuteNative(creates[name]);
+    }
+    connection.CommitTrans();
+  } catch (...) {
+    const Error error = CurrentError();
+    RollbackQuietly(connection);
+    throw Error(error.Number(), kSource, "indici: " + error.Description());
+  }
+}
+
 }  // namespace
 
 int ApplySchema(Connection& connection, const std::string& schemaDir) {
@@ -120,6 +163,7 @@ int ApplySchema(Connection& connection, const std::string& schemaDir) {
     }
     ++count;
   }
+  if (dialect == SqlDialect::Postgres) RenewIndexNullOrder(connection, files);
   return count;
 }
 

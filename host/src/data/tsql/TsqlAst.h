@@ -73,6 +73,9 @@ struct Expr {
   // Set by the typing pass.
   std::string type;     // SQL Server type of the value, "" when unknown
   bool concat = false;  // Binary "+" joining texts
+  // A column declared NOT NULL of the one table its SELECT reads (never
+  // NULL there: no outer join can bring one). Only when the caller told.
+  bool notNull = false;
 };
 
 struct SelectItem {
@@ -131,6 +134,7 @@ struct OutputColumn {
   std::string name;  // alias or column name, "" for an unnamed computed column
   std::string type;  // SQL Server type, "" when unknown
   bool star = false; // * or T.*: stands for columns the translator cannot list
+  bool notNull = false;  // a column never NULL in the result (Expr::notNull)
 };
 
 // cores[0] setOps[0] cores[1] …; orderBy belongs to the whole query.

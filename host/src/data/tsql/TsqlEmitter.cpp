@@ -241,7 +241,9 @@ void Emitter::WriteSelect(const Select& select) {
       if (term.kind != ExprKind::Column && term.kind != ExprKind::Number && IsTextType(term.type))
         Put(TextCollationClause());
       if (select.orderBy[i].descending) Put(" DESC");
-      Put(NullsOrder(select.orderBy[i].descending));
+      // A column that holds no NULL needs no place for them: said anyway, it
+      // would keep a server from reading the column's index in order.
+      if (!(term.kind == ExprKind::Column && term.notNull)) Put(NullsOrder(select.orderBy[i].descending));
     }
   }
   if (!compound && select.cores[0].top) Put(" LIMIT " + select.cores[0].top->text);

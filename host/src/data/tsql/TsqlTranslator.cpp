@@ -20,14 +20,15 @@ void ThrowUnsupported(std::string_view construct) {
 
 }  // namespace tsql
 
-TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const ColumnTypeLookup& lookup) {
+TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect, const ColumnTypeLookup& lookup,
+                            const ColumnNotNullLookup& notNull) {
   std::unique_ptr<tsql::Emitter> emitter =
       dialect == SqlDialect::Postgres ? tsql::MakePostgresEmitter() : tsql::MakeSqliteEmitter();
 
   std::vector<tsql::Statement> statements = tsql::Parser(tsql::Tokenize(tsql)).ParseScript();
   TranslatedSql out;
   for (tsql::Statement& statement : statements) {
-    tsql::TypeStatement(statement, lookup);
+    tsql::TypeStatement(statement, lookup, notNull);
     for (std::string& text : emitter->Emit(statement)) out.statements.push_back(std::move(text));
     const auto& uses = emitter->ParamUses();
     out.paramUses.insert(out.paramUses.end(), uses.begin(), uses.end());

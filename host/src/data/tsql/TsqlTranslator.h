@@ -17,6 +17,10 @@ namespace corvina20::data {
 // nullopt when unknown. Used to type computed output columns.
 using ColumnTypeLookup =
     std::function<std::optional<std::string>(std::string_view table, std::string_view column)>;
+// Answers whether table.column is declared NOT NULL. Lets an ORDER BY on
+// such a column leave out the NULLs' place, which a server could otherwise
+// only honour by sorting every row instead of reading an index in order.
+using ColumnNotNullLookup = std::function<bool(std::string_view table, std::string_view column)>;
 
 struct TranslatedSql {
   // Native statements to run in order; the rows of the last one (if it
@@ -58,8 +62,9 @@ struct TranslatedSql {
 // lists the rules. An empty text (blanks, comments, ";") gives no statement.
 // Throws corvina20::Error kErrDatabase, source "Corvina20.Sql", description
 // "Costrutto T-SQL non supportato: <construct>" for text outside the subset.
-// `lookup` may be empty: then no table column is typed.
+// `lookup` may be empty: then no table column is typed; `notNull` too: then
+// every column may hold NULL.
 TranslatedSql TranslateTsql(std::string_view tsql, SqlDialect dialect,
-                            const ColumnTypeLookup& lookup);
+                            const ColumnTypeLookup& lookup, const ColumnNotNullLookup& notNull = {});
 
 }  // namespace corvina20::data

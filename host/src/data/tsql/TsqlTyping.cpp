@@ -29,7 +29,7 @@ const std::vector<OutputColumn>& FreeTextOutputs() {
 
 class Typer {
  public:
-  explicit Typer(const ColumnTypeLookup& lookup) : lookup_(lookup) {}
+  Typer(const ColumnTypeLookup& lookup, const ColumnNotNullLookup& notNull) : lookup_(lookup), notNull_(notNull) {}
 
   void TypeStatement(Statement& s) {
     switch (s.kind) {
@@ -83,6 +83,7 @@ class Typer {
       OutputColumn col;
       col.star = item.expr->kind == ExprKind::Star;
       col.type = item.expr->type;
+      col.notNull = item.expr->kind == ExprKind::Column && item.expr->notNull;
       if (!item.alias.empty()) col.name = item.alias.text;
       else if (item.expr->kind == ExprKind::Column) col.name = item.expr->name.text;
       out.push_back(std::move(col));
@@ -158,6 +159,24 @@ class Typer {
     if (e.caseElse) TypeExpr(*e.caseElse);
     if (e.query) TypeSelect(*e.query);
     e.type = TypeOf(e);
+    if (e.kind == ExprKind::Column) e.notNull = ColumnNotNull(e);
+  }
+
+  // Whether a column can never be NULL where it is read: declared NOT NULL
+  // in the one table of its SELECT (with a join, an outer one could bring
+  // NULLs in), or an output column that is such a column.
+  bool ColumnNotNull(const Expr& e) const {
+    if (!notNull_ || scopes_.empty()) return false;
+    if (e.qualifier.empty() && orderOutputs_)
+      for (const auto& c : *orderOutputs_)
+        if (text::EqualsNoCase(c.name, e.name.text)) return c.notNull;
+    const Scope& scope = scopes_.back();
+    if (scope.size() != 1 || scope[0].derived || scope[0].table.empty()) return false;
+    const Source& s = scope[0];
+    if (!e.qualifier.empty() && !text::EqualsNoCase(s.qualifier, e.qualifier.text) &&
+        !text::EqualsNoCase(s.table, e.qualifier.text))
+      return false;
+    return notNull_(s.table, e.name.text);
   }
 
   std::string TypeOf(Expr& e) const {
@@ -268,14 +287,15 @@ class Typer {
   }
 
   const ColumnTypeLookup& lookup_;
+  const ColumnNotNullLookup& notNull_;
   std::vector<Scope> scopes_;
   const std::vector<OutputColumn>* orderOutputs_ = nullptr;
 };
 
 }  // namespace
 
-void TypeStatement(Statement& statement, const ColumnTypeLookup& lookup) {
-  Typer(lookup).TypeStatement(statement);
+void TypeStatement(Statement& statement, const ColumnTypeLookup& lookup, const ColumnNotNullLookup& notNull) {
+  Typer(lookup, notNull).TypeStatement(statement);
 }
 
 std::vector<std::string> ResultColumnTypes(const Statement& statement) {

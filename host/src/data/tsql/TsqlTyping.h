@@ -18,7 +18,7 @@ namespace corvina20::data::tsql {
 // Throws the translator's error for a "+" whose operands' types are both
 // unknown (it cannot tell a sum from a concatenation) and for arithmetic on
 // dates.
-void TypeStatement(Statement& statement, const ColumnTypeLookup& lookup);
+void TypeStatement(Statement& statement, const ColumnTypeLookup& lookup, const ColumnNotNullLookup& notNull = {});
 
 // For a SELECT statement, the types of its output columns up to the first *
 // or T.* (whose columns the translator cannot list); empty for other
