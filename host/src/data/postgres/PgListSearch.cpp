@@ -63,6 +63,12 @@ int EnsureListSearchIndexes(Connection& connection, const std::string& table, co
                              Folded(column) + " gin_trgm_ops)");
     ++made;
   }
+  // The server keeps statistics of an indexed expression only once the
+  // table is analysed: without them it guessed a hundred rows for any text,
+  // and a common one ("trasporti", a hundred thousand rows at a million
+  // parties) was read whole and sorted (324 ms) instead of reading the
+  // list's order until the page was full (7 ms).
+  if (made > 0) connection.ExecuteNative("ANALYZE " + Q(table));
   return made;
 }
 
