@@ -13,6 +13,7 @@
 #include "data/AdoTypes.h"
 #include "data/Backend.h"
 #include "data/BackendPool.h"
+#include "data/SqlPlaceholders.h"
 #include "data/tsql/TsqlTranslator.h"
 
 namespace corvina20 {
@@ -89,7 +90,7 @@ struct Connection::Impl {
     data::ResultSet last;
     std::size_t next = 0;
     for (const std::string& statement : sql.statements) {
-      std::size_t count = CountPlaceholders(statement);
+      std::size_t count = data::PlaceholderOffsets(statement).size();
       if (next + count > params.size())
         throw Error(kErrDatabase, "Corvina20.Data",
                     "Parametri insufficienti per l'istruzione: " + statement);
@@ -137,21 +138,7 @@ struct Connection::Impl {
     return magnitude <= limit + (negative ? 1 : 0);
   }
 
-  // '?' outside string literals and quoted identifiers.
-  static std::size_t CountPlaceholders(std::string_view sql) {
-    std::size_t n = 0;
-    char quote = 0;
-    for (char c : sql) {
-      if (quote) {
-        if (c == quote) quote = 0;
-      } else if (c == '\'' || c == '"') {
-        quote = c;
-      } else if (c == '?') {
-        ++n;
-      }
-    }
-    return n;
-  }
+
 };
 
 Connection::Connection(std::unique_ptr<data::Backend> backend) : impl_(std::make_unique<Impl>()) {

@@ -17,6 +17,7 @@
 #include "core/Text.h"
 #include "corvina20/Error.h"
 #include "data/AdoTypes.h"
+#include "data/SqlPlaceholders.h"
 #include "data/postgres/PgFullText.h"
 #include "data/postgres/PgHostObjects.h"
 
@@ -39,19 +40,14 @@ using Result = std::unique_ptr<PGresult, ResultDeleter>;
 std::string NumberPlaceholders(std::string_view sql) {
   std::string out;
   out.reserve(sql.size() + 8);
+  std::size_t from = 0;
   int n = 0;
-  char quote = 0;
-  for (char c : sql) {
-    if (quote) {
-      if (c == quote) quote = 0;
-    } else if (c == '\'' || c == '"') {
-      quote = c;
-    } else if (c == '?') {
-      out += "$" + std::to_string(++n);
-      continue;
-    }
-    out += c;
+  for (std::size_t at : PlaceholderOffsets(sql)) {
+    out.append(sql.substr(from, at - from));
+    out += "$" + std::to_string(++n);
+    from = at + 1;
   }
+  out.append(sql.substr(from));
   return out;
 }
 

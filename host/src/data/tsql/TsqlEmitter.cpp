@@ -167,13 +167,8 @@ void Emitter::WriteInsert(const Statement& s) {
   }
 }
 
-void Emitter::WriteUpdate(const Statement& s) {
-  if (s.from) {
-    WriteUpdateWithFrom(s);
-    return;
-  }
-  Put("UPDATE ");
-  WriteName(s.table);
+// " SET a = x, b = y" of an UPDATE.
+void Emitter::WriteSets(const Statement& s) {
   Put(" SET ");
   for (std::size_t i = 0; i < s.sets.size(); ++i) {
     if (i) Put(", ");
@@ -181,6 +176,16 @@ void Emitter::WriteUpdate(const Statement& s) {
     Put(" = ");
     WriteExpr(*s.sets[i].value);
   }
+}
+
+void Emitter::WriteUpdate(const Statement& s) {
+  if (s.from) {
+    WriteUpdateWithFrom(s);
+    return;
+  }
+  Put("UPDATE ");
+  WriteName(s.table);
+  WriteSets(s);
   WriteWhere(s.where.get());
 }
 
@@ -628,13 +633,7 @@ void Emitter::WriteUpdateAsFrom(const Statement& s) {
 
   Put("UPDATE ");
   WriteTableRef(target);
-  Put(" SET ");
-  for (std::size_t i = 0; i < s.sets.size(); ++i) {
-    if (i) Put(", ");
-    WriteName(s.sets[i].column);
-    Put(" = ");
-    WriteExpr(*s.sets[i].value);
-  }
+  WriteSets(s);
   for (std::size_t i = 0; i < others.size(); ++i) {
     Put(i ? ", " : " FROM ");
     WriteTableRef(*others[i]);

@@ -100,6 +100,7 @@ class Emitter {
   std::vector<std::string> EmitSelectInto(const Statement& s);
   void WriteInsert(const Statement& s);
   void WriteUpdate(const Statement& s);
+  void WriteSets(const Statement& s);
   void WriteDelete(const Statement& s);
   void WriteBinary(const Expr& e);
   std::string Take();
