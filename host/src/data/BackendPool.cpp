@@ -33,6 +33,7 @@ std::shared_ptr<BackendPool> BackendPool::ForLocation(const std::string& locatio
     };
     // A backend waiting idle must not keep an older full-text copy alive.
     pool = std::make_shared<BackendPool>(std::move(open), [](Backend& b) { b.FollowNewestCopies(); }, kIdleKept);
+    std::erase_if(pools, [](const auto& entry) { return entry.second.expired(); });
     pools[location] = pool;
   }
   return pool;
