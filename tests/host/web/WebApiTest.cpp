@@ -82,12 +82,13 @@ class Browser {
 class WebApi : public ::testing::Test {
  protected:
   void StartServer(int timeoutSeconds = 1800, bool demo = false) {
-    db = OpenDatabase(dir.File("web.db"));
-    InitDatabase(*db, demo);
+    // On the backend the suite runs on (a PostgreSQL database for pg.*).
+    database = std::make_unique<TestDatabase>(demo);
+    db = database->connection;
     web::Users(db).Add("anna", "segreta1");
     web::Users(db).Add("bruno", "segreta2");
     web::WebOptions options;
-    options.database = dir.File("web.db");
+    options.database = database->path;
     options.sessionTimeoutSeconds = timeoutSeconds;
     host = std::make_unique<web::WebHost>(options);
     port = host->Start();
@@ -101,6 +102,7 @@ class WebApi : public ::testing::Test {
   }
 
   TempDir dir;
+  std::unique_ptr<TestDatabase> database;
   ConnectionPtr db;
   std::unique_ptr<web::WebHost> host;
   int port = 0;
