@@ -25,7 +25,9 @@
 //   build-release/bin/load_bench [--sizes=1000000] [--users=1,10,50] [--rounds=10] [--think-ms=1000]
 //
 // LOAD_BENCH_SERVER and LOAD_BENCH_MODULE run another build's `corvina` and
-// module (an older version, to compare).
+// module (an older version, to compare). LOAD_BENCH_DB serves another
+// database holding the same register and accounts (on PostgreSQL: `corvina
+// copy load-1000000.db postgresql://…/load`).
 //
 // The register (PartyGenerator, seed 20: every party a customer, as the
 // record-list benchmark's) is generated once into $CORVINA_BENCH_DIR (default
@@ -367,7 +369,8 @@ void Drive(int port, int index, int rounds, int thinkMs, const Register& reg, Re
 }
 
 void Run(const Register& reg, long size, int users, int rounds, int thinkMs, int port) {
-  Server server(reg.path, port);
+  const char* served = std::getenv("LOAD_BENCH_DB");
+  Server server(served && *served ? std::string(served) : reg.path, port);
   // One search before the users: the first waits for the server's copies.
   auto start = Clock::now();
   {

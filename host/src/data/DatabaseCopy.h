@@ -23,7 +23,8 @@ struct TableCopy {
 // schema creates the tables, so that a row's references land before it. Each
 // table is copied in one transaction. The target's tables must be empty (a
 // copy never merges), except the reference tables init fills, whose rows the
-// source's replace. `progress` (may be empty) hears each table when done.
+// source's replace; then the target's own indexes are made and its tables
+// analysed. `progress` (may be empty) hears each table when done.
 // Returns one entry per table with both counts; the caller compares them.
 // Throws corvina20::Error kErrDatabase when a target table holds rows or a
 // statement fails.
