@@ -97,10 +97,22 @@ class PgMirrorSource final : public fulltext::MirrorSource {
     return out;
   }
   void ForEachRow(const std::function<void(std::int64_t, std::string_view)>& each) override {
-    for (const auto& row : backend_.Run("SELECT " + Q(kKey) + ", " + Q(column_) + " FROM " + Q(table_) + " WHERE " +
-                                            Q(column_) + " IS NOT NULL",
-                                        {}).rows)
-      each(row[0].ToBigInt(), row[1].StringRef());
+    // In slices of the key's order: a million rows read at once came back
+    // as one result of some 150 MB, a server's peak at its start. A row
+    // changed between two slices is in the log after the entry the copy
+    // was read at, and is read again from there as any later change is.
+    constexpr std::size_t kSlice = 50000;
+    const std::string select = "SELECT " + Q(kKey) + ", " + Q(column_) + " FROM " + Q(table_) + " WHERE " +
+                               Q(column_) + " IS NOT NULL";
+    const std::string order = " ORDER BY " + Q(kKey) + " LIMIT " + std::to_string(kSlice);
+    std::optional<std::int64_t> after;
+    for (;;) {
+      ResultSet slice = after ? backend_.Run(select + " AND " + Q(kKey) + " > ?" + order, {Variant(*after)})
+                              : backend_.Run(select + order, {});
+      for (const auto& row : slice.rows) each(row[0].ToBigInt(), row[1].StringRef());
+      if (slice.rows.size() < kSlice) return;
+      after = slice.rows.back()[0].ToBigInt();
+    }
   }
   std::optional<std::string> RowText(std::int64_t key) override {
     ResultSet r = backend_.Run("SELECT " + Q(column_) + " FROM " + Q(table_) + " WHERE " + Q(kKey) + " = ?",
