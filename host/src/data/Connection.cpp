@@ -4,6 +4,7 @@
 #include "corvina20/Connection.h"
 
 #include <algorithm>
+#include <cctype>
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -56,40 +57,53 @@ struct Connection::Impl {
         });
   }
 
-  // FREETEXTTABLE left to the host: each search's KEY and RANK rows into its
-  // temporary table, which the statements join.
-  void FillFreeTextTables(const data::TranslatedSql& sql) {
+  // FREETEXTTABLE left to the host: the statements with each search's KEY
+  // and RANK rows in place of its name, as two constant arrays (numbers the
+  // host computed, no user text). A temporary table filled for each search
+  // took four more statements, and the planner, knowing nothing of it until
+  // it was analysed, read the whole register to join it; the server knows
+  // how many rows a constant array holds.
+  std::vector<std::string> WithFreeTextRows(const data::TranslatedSql& sql) {
+    std::vector<std::string> statements = sql.statements;
     for (const auto& call : sql.freeTexts) {
-      const std::string table = "\"" + call.workTable + "\"";
-      data::Backend& backend = Bound();
-      backend.Run("CREATE TEMPORARY TABLE IF NOT EXISTS " + table + " (\"key\" integer, \"rank\" integer)", {});
-      backend.Run("DELETE FROM " + table, {});
-      auto rows = backend.FreeText(call.table, call.column, call.text, call.minRank);
-      constexpr std::size_t kBatch = 500;
-      for (std::size_t from = 0; from < rows.size(); from += kBatch) {
-        std::string insert = "INSERT INTO " + table + " (\"key\", \"rank\") VALUES ";
-        std::vector<Variant> values;
-        for (std::size_t i = from; i < std::min(rows.size(), from + kBatch); ++i) {
-          insert += i == from ? "(?, ?)" : ", (?, ?)";
-          values.emplace_back(static_cast<std::int32_t>(rows[i].first));
-          values.emplace_back(static_cast<std::int32_t>(rows[i].second));
-        }
-        backend.Run(insert, values);
+      auto rows = Bound().FreeText(call.table, call.column, call.text, call.minRank);
+      std::string keys, ranks;
+      for (const auto& [key, rank] : rows) {
+        keys += (keys.empty() ? "" : ",") + std::to_string(key);
+        ranks += (ranks.empty() ? "" : ",") + std::to_string(rank);
       }
-      // A temporary table is never analysed by the server: unanalysed, the
-      // planner guessed it held thousands of rows and read the whole joined
-      // register (a sequential scan, 8 ms at 100,000 parties) instead of
-      // looking up the few keys found.
-      backend.Run("ANALYZE " + table, {});
+      const std::string source = "(SELECT * FROM unnest('{" + keys + "}'::integer[], '{" + ranks +
+                                 "}'::integer[]) AS \"" + call.workTable + "\"(\"key\", \"rank\"))";
+      for (std::string& statement : statements) ReplaceName(statement, call.workTable, source);
+    }
+    return statements;
+  }
+
+  // Replaces the bare name `name` (not inside quotes, not part of a longer
+  // name) in `sql` with `by`.
+  static void ReplaceName(std::string& sql, const std::string& name, const std::string& by) {
+    auto partOfName = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
+    char quote = 0;
+    for (std::size_t i = 0; i < sql.size(); ++i) {
+      const char c = sql[i];
+      if (quote) {
+        if (c == quote) quote = 0;
+      } else if (c == '\'' || c == '"') {
+        quote = c;
+      } else if (sql.compare(i, name.size(), name) == 0 && (i == 0 || !partOfName(sql[i - 1])) &&
+                 (i + name.size() == sql.size() || !partOfName(sql[i + name.size()]))) {
+        sql.replace(i, name.size(), by);
+        i += by.size() - 1;
+      }
     }
   }
 
   // Runs the translated statements, binding `params` across them in order.
   data::ResultSet RunAll(const data::TranslatedSql& sql, const std::vector<Variant>& params) {
-    FillFreeTextTables(sql);
+    const std::vector<std::string> statements = sql.freeTexts.empty() ? sql.statements : WithFreeTextRows(sql);
     data::ResultSet last;
     std::size_t next = 0;
-    for (const std::string& statement : sql.statements) {
+    for (const std::string& statement : statements) {
       std::size_t count = data::PlaceholderOffsets(statement).size();
       if (next + count > params.size())
         throw Error(kErrDatabase, "Corvina20.Data",
