@@ -4,8 +4,8 @@
 // change log corftlog_t_c kept by a trigger on T, read by the mirrors as on
 // SQLite, and a view corft_t_c (the key and C) that names the index for the
 // translator's check. FREETEXTTABLE(T, C, 'text') is evaluated by the host
-// before its statement runs: its KEY and RANK rows go into a temporary table
-// of the connection, which the translated statement joins.
+// before its statement runs: its KEY and RANK rows go into the translated
+// statement as two constant arrays (unnest), which it joins.
 #pragma once
 
 #include <cstdint>

@@ -166,8 +166,8 @@ class PostgresEmitter final : public Emitter {
     if (IsTextType(column.type)) Put(TextCollationClause());
   }
 
-  // The host evaluates the search before the statement (PgFullText.h) into
-  // a temporary table of KEY and RANK; the statement reads that table.
+  // The host evaluates the search before the statement (PgFullText.h) and
+  // puts its KEY and RANK rows in place of the name written here.
   void WriteFreeText(const FreeTextSource& source, int minRank, bool) override {
     TranslatedSql::FreeTextCall call{source.table.text, source.column.text, source.text, minRank, ""};
     // Numbered across the statements of one text: all are evaluated first.

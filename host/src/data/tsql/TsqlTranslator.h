@@ -48,8 +48,9 @@ struct TranslatedSql {
   enum ParamUse : char { kAnything = 0, kWholeNumber = 'i', kSmallWhole = 's', kBigWhole = 'b', kNumber = 'n' };
   std::vector<ParamUse> paramUses;
   // FREETEXTTABLE calls the host evaluates before the statements run
-  // (PostgreSQL): their KEY and RANK rows go into the temporary table
-  // `workTable` ("key" integer, "rank" integer), which the statements join.
+  // (PostgreSQL): the statements name each by `workTable`, a source of
+  // ("key" integer, "rank" integer), and the host puts its rows in the name's
+  // place before running them.
   struct FreeTextCall {
     std::string table, column, text;
     int minRank = 0;
