@@ -42,6 +42,7 @@ TEST(ListSearchIndex, ATextLikeFindsHoldsEveryTrigramOfTheSearch) {
 }
 
 TEST(ListSearchIndex, CandidatesFollowTheRowsAndGiveWayToAScan) {
+  if (OnPostgres()) GTEST_SKIP() << "PostgreSQL's lists read its trigram indexes through their own LIKE";
   TestDatabase db;
   const ConnectionPtr& c = db.connection;
   const std::vector<std::string> columns = {"RagioneSociale", "Citta"};

@@ -222,8 +222,8 @@ std::optional<std::vector<Variant>> ListSearchCandidates(Connection& connection,
   std::vector<std::string> grams = Trigrams(search);
   if (grams.empty()) return std::nullopt;
   Backend& backend = connection.Backend();
-  if (backend.Dialect() == SqlDialect::Postgres)
-    return pg::ListSearchCandidates(connection, t->table, t->key, columns, search, most);
+  // PostgreSQL reads its trigram indexes for the list's LIKE itself.
+  if (backend.Dialect() == SqlDialect::Postgres) return std::nullopt;
   // A database not brought to this version (no InitDatabase yet) scans.
   if (backend.Columns(IndexName(t->table)).empty()) return std::nullopt;
   // Every trigram, each a quoted FTS5 string: the rows holding all of them.

@@ -7,8 +7,9 @@
 // (case folded, accents kept: text/TextFold.h); the index folds them the same
 // way, so a row the LIKE matches always holds every trigram of the search.
 // On SQLite: an external-content FTS5 table of the rows (its own tokenizer,
-// `corvina_grams`), kept up to date by triggers; on PostgreSQL: the server's
-// trigram indexes (postgres/PgListSearch.h). Not for: similarity of names
+// `corvina_grams`), kept up to date by triggers. On PostgreSQL the server's
+// own trigram indexes serve the list's LIKE directly (postgres/
+// PgListSearch.h) and no candidates are given. Not for: similarity of names
 // (data/fulltext), nor searches shorter than three characters (they scan).
 #pragma once
 
@@ -49,10 +50,10 @@ int EnsureListSearchIndexes(Connection& connection);
 // The keys of the rows of `table` that may hold `text` (trimmed by the caller)
 // in one of `columns`: a superset of the rows where some column LIKE
 // '%text%', read from the index. nullopt, and the caller scans, when no index
-// of `table` keyed by `key` covers every one of `columns`, when `text` has
-// fewer than three characters (on PostgreSQL: no run of three letters or
-// digits), or when more than `most` rows may hold it (a common text, which a
-// scan finds quickly in any order).
+// of `table` keyed by `key` covers every one of `columns` (always on
+// PostgreSQL), when `text` has fewer than three characters, or when more
+// than `most` rows may hold it (a common text, which a scan finds quickly in
+// any order).
 std::optional<std::vector<Variant>> ListSearchCandidates(Connection& connection, std::string_view table,
                                                          std::string_view key,
                                                          const std::vector<std::string>& columns,
