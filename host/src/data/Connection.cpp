@@ -4,7 +4,6 @@
 #include "corvina20/Connection.h"
 
 #include <algorithm>
-#include <cctype>
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -74,28 +73,9 @@ struct Connection::Impl {
       }
       const std::string source = "(SELECT * FROM unnest('{" + keys + "}'::integer[], '{" + ranks +
                                  "}'::integer[]) AS \"" + call.workTable + "\"(\"key\", \"rank\"))";
-      for (std::string& statement : statements) ReplaceName(statement, call.workTable, source);
+      for (std::string& statement : statements) statement = data::ReplaceBareName(statement, call.workTable, source);
     }
     return statements;
-  }
-
-  // Replaces the bare name `name` (not inside quotes, not part of a longer
-  // name) in `sql` with `by`.
-  static void ReplaceName(std::string& sql, const std::string& name, const std::string& by) {
-    auto partOfName = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
-    char quote = 0;
-    for (std::size_t i = 0; i < sql.size(); ++i) {
-      const char c = sql[i];
-      if (quote) {
-        if (c == quote) quote = 0;
-      } else if (c == '\'' || c == '"') {
-        quote = c;
-      } else if (sql.compare(i, name.size(), name) == 0 && (i == 0 || !partOfName(sql[i - 1])) &&
-                 (i + name.size() == sql.size() || !partOfName(sql[i + name.size()]))) {
-        sql.replace(i, name.size(), by);
-        i += by.size() - 1;
-      }
-    }
   }
 
   // Runs the translated statements, binding `params` across them in order.
