@@ -69,6 +69,8 @@ TEST(PgTranslation, NamesFoldedFunctionsAndConversions) {
   EXPECT_EQ(orderOf("SELECT A.IdAnagrafica FROM STDAnagrafiche A LEFT JOIN STDAnagrafiche B ON B.IdAnagrafica = "
                     "A.IdAnagrafica ORDER BY B.IdAnagrafica"),
             "ORDER BY \"b\".\"idanagrafica\" NULLS FIRST");
+  EXPECT_EQ(orderOf("SELECT IdAnagrafica FROM STDAnagrafiche UNION SELECT NULL FROM STDAnagrafiche ORDER BY IdAnagrafica"),
+            "ORDER BY \"idanagrafica\" NULLS FIRST");
   using Use = data::TranslatedSql::ParamUse;
   EXPECT_EQ(ordered.paramUses, (std::vector<Use>{data::TranslatedSql::kWholeNumber, data::TranslatedSql::kAnything,
                                                  data::TranslatedSql::kSmallWhole}));

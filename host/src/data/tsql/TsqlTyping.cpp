@@ -68,7 +68,11 @@ class Typer {
       // ORDER BY of a single SELECT may name its tables' columns as well as
       // its output aliases; after UNION only the output names.
       if (i + 1 == select.cores.size()) {
-        if (select.cores.size() > 1) scopes_.back().clear();
+        if (select.cores.size() > 1) {
+          scopes_.back().clear();
+          // Another SELECT of the union may give NULL in the same column.
+          for (auto& o : select.outputs) o.notNull = false;
+        }
         orderOutputs_ = &select.outputs;
         for (auto& o : select.orderBy) TypeExpr(*o.expr);
         orderOutputs_ = nullptr;
